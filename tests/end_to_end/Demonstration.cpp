@@ -1,0 +1,66 @@
+#include "end_to_end/Plucks.h"
+#include "end_to_end/Stage.h"
+
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <thread>
+#include <vector>
+
+// Plays a sampled guitar to the tuner, string by string, on a screen that nobody sees, and keeps a picture of
+// the window for each: what the tuner looks like on a machine with neither a screen nor a microphone.
+//   usage: fretvane_demonstration <directory for the pictures>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+bool Demonstrate(const std::filesystem::path& directory) {
+    CSoundServer sound;
+    CStage stage;
+    const CTemporaryDirectory waves;
+    std::error_code error;
+    std::filesystem::create_directories(directory, error);
+    if (error || !sound.Start() || !stage.Start(&sound)) {
+        std::fprintf(stderr, "The virtual screen, the private sound server or the tuner did not start.\n%s\n",
+                     stage.ReadFile("program.log").c_str());
+        return false;
+    }
+    const std::vector<Note> notes{{40, -12.0}, {45, 8.0}, {50, 0.0}, {55, 21.0}, {59, -4.0}, {64, 0.0}};
+    std::printf("string  played                shown          picture\n");
+    int nString = 6;
+    for (const Note& note : notes) {
+        const PreparedPluck pluck = PreparePluck(note, 3.0, waves.GetPath() / "pluck.wav");
+        if (pluck.fFrequency <= 0.0 || !sound.PlayIntoMicrophone(pluck.waveFile)) {
+            std::fprintf(stderr, "The guitar could not be rendered or played.\n");
+            return false;
+        }
+        stage.ReadUntil([&](const DisplayedReading& reading) { return reading.strNote == pluck.strNote; },
+                        3s);
+        std::this_thread::sleep_for(1s);
+        const auto picture = stage.Grab();
+        const DisplayedReading reading = stage.Read();
+        const auto file = directory / ("string-" + std::to_string(nString) + ".png");
+        if (!picture || !SavePng(*picture, file)) {
+            std::fprintf(stderr, "%s could not be written.\n", file.c_str());
+            return false;
+        }
+        std::printf("%d       %-2s %+6.1f c %8.2f Hz  %-2s %+3d c        %s\n", nString,
+                    pluck.strNote.c_str(), pluck.fCents, pluck.fFrequency, reading.strNote.c_str(),
+                    reading.nCents.value_or(-99), file.c_str());
+        sound.StopPlaying();
+        std::this_thread::sleep_for(200ms);
+        --nString;
+    }
+    return true;
+}
+
+}  // namespace
+
+int main(int nArguments, char** arguments) {
+    if (nArguments != 2) {
+        std::fprintf(stderr, "usage: %s <directory for the pictures>\n", arguments[0]);
+        return 2;
+    }
+    return Demonstrate(arguments[1]) ? 0 : 1;
+}

@@ -1,0 +1,193 @@
+#include "end_to_end/DisplayReader.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdlib>
+#include <map>
+#include <numbers>
+#include <span>
+#include <utility>
+#include <vector>
+
+namespace {
+
+constexpr int DIAL_X = 250;
+constexpr int DIAL_Y = 43;
+constexpr int GLYPH_ROWS = 27;
+
+constexpr std::array<int, 10> LETTER_EDGES{0, 32, 60, 90, 119, 146, 170, 200, 225, 249};
+constexpr std::array<int, 14> DIGIT_EDGES{0, 26, 50, 75, 99, 125, 150, 175, 200, 225, 250, 286, 299, 321};
+constexpr int MINUS = 11;
+constexpr int PLUS = 12;
+constexpr int SHARP = 7;
+constexpr int FLAT = 8;
+
+struct Spelling {
+    const char* szName;
+    int nLetter;
+    int nAccidental;  // -1: none
+};
+constexpr std::array<Spelling, 12> SPELLINGS{{{"C", 2, -1},
+                                              {"C#", 2, SHARP},
+                                              {"D", 3, -1},
+                                              {"Eb", 4, FLAT},
+                                              {"E", 4, -1},
+                                              {"F", 5, -1},
+                                              {"F#", 5, SHARP},
+                                              {"G", 6, -1},
+                                              {"G#", 6, SHARP},
+                                              {"A", 0, -1},
+                                              {"Bb", 1, FLAT},
+                                              {"B", 1, -1}}};
+
+int Luminance(std::uint32_t color) {
+    return static_cast<int>((color >> 16 & 0xFFU) * 299 + (color >> 8 & 0xFFU) * 587 +
+                            (color & 0xFFU) * 114) /
+           1000;
+}
+
+// Ink on the white ground, whatever the text's colour.
+bool IsInk(std::uint32_t color) {
+    return color != 0xFFFFFFU && Luminance(color) < 192;
+}
+
+int Width(std::span<const int> edges, int nGlyph) {
+    return edges[static_cast<std::size_t>(nGlyph) + 1] - edges[static_cast<std::size_t>(nGlyph)];
+}
+
+// How much of the ink must lie where the shape has it, for a glyph to be recognised at all.
+constexpr double MIN_AGREEMENT = 0.9;
+
+}  // namespace
+
+bool CDisplayReader::Load(const std::filesystem::path& dataDirectory) {
+    const auto letters = LoadPicture(dataDirectory / "NotesClr.bmp");
+    const auto digits = LoadPicture(dataDirectory / "NumClr.bmp");
+    if (!letters || !digits) {
+        return false;
+    }
+    m_letters.shape = *letters;
+    m_digits.shape = *digits;
+    return true;
+}
+
+double CDisplayReader::Agreement(const Picture& window, const Strip& strip, int xSource, int cx, int x,
+                                 int y) const {
+    // Over the pixels that either holds ink: two thin strokes in different places must not look alike.
+    int nEither = 0;
+    int nBoth = 0;
+    for (int row = 0; row < GLYPH_ROWS; ++row) {
+        for (int column = 0; column < cx; ++column) {
+            const bool bShape = strip.Ink(xSource + column, row);
+            const bool bSeen = IsInk(window.At(x + column, y + row));
+            nEither += bShape || bSeen ? 1 : 0;
+            nBoth += bShape && bSeen ? 1 : 0;
+        }
+    }
+    return nEither == 0 ? 0.0 : static_cast<double>(nBoth) / nEither;
+}
+
+DisplayedReading CDisplayReader::Read(const Picture& window) const {
+    DisplayedReading reading;
+
+    // The name is the spelling whose glyphs agree best, its empty remainder included.
+    double fBest = 0.0;
+    for (const Spelling& spelling : SPELLINGS) {
+        const int nLetterWidth = Width(LETTER_EDGES, spelling.nLetter);
+        const int x = DIAL_X + 22;
+        const int y = DIAL_Y + 20;
+        double fAgreement = Agreement(
+            window, m_letters, LETTER_EDGES[static_cast<std::size_t>(spelling.nLetter)], nLetterWidth, x, y);
+        const int xSecond = x + nLetterWidth;
+        if (spelling.nAccidental >= 0) {
+            fAgreement =
+                std::min(fAgreement, Agreement(window, m_letters,
+                                               LETTER_EDGES[static_cast<std::size_t>(spelling.nAccidental)],
+                                               Width(LETTER_EDGES, spelling.nAccidental), xSecond, y));
+        } else {
+            for (int row = 0; row < GLYPH_ROWS; ++row) {
+                for (int column = xSecond; column < DIAL_X + 80; ++column) {
+                    fAgreement = IsInk(window.At(column, y + row)) ? 0.0 : fAgreement;
+                }
+            }
+        }
+        if (fAgreement > fBest) {
+            fBest = fAgreement;
+            reading.strNote = spelling.szName;
+        }
+    }
+    if (fBest < MIN_AGREEMENT) {
+        reading.strNote.clear();
+    }
+
+    const auto bestDigit = [&](int x) {
+        std::pair<double, int> best{0.0, -1};
+        for (int nDigit = 0; nDigit < 10; ++nDigit) {
+            // A cell's last columns may lie under the next one.
+            const int cx = std::min(Width(DIGIT_EDGES, nDigit), 24);
+            best = std::max(best, {Agreement(window, m_digits, DIGIT_EDGES[static_cast<std::size_t>(nDigit)],
+                                             cx, DIAL_X + x, DIAL_Y + 20),
+                                   nDigit});
+        }
+        return best.first < MIN_AGREEMENT ? -1 : best.second;
+    };
+    const int nTens = bestDigit(143);
+    const int nOnes = bestDigit(168);
+    const double fPlus =
+        Agreement(window, m_digits, DIGIT_EDGES[PLUS], Width(DIGIT_EDGES, PLUS), DIAL_X + 119, DIAL_Y + 20);
+    const double fMinus =
+        Agreement(window, m_digits, DIGIT_EDGES[MINUS], Width(DIGIT_EDGES, MINUS), DIAL_X + 125, DIAL_Y + 20);
+    if (nTens >= 0 && nOnes >= 0 && std::max(fPlus, fMinus) > MIN_AGREEMENT) {
+        reading.nCents = (fPlus > fMinus ? 1 : -1) * (10 * nTens + nOnes);
+    }
+
+    // Between the scale and the hub nothing but the needle stands on the white ground: the middle of its
+    // pixels in each row gives the angle around the pivot.
+    double fSine = 0.0;
+    double fCosine = 0.0;
+    std::map<std::uint32_t, int> colors;
+    for (int y = 132; y < 225; ++y) {
+        double fSum = 0.0;
+        int nCount = 0;
+        for (int x = 4; x < 236; ++x) {
+            const std::uint32_t color = window.At(DIAL_X + x, DIAL_Y + y);
+            if (color != 0xFFFFFFU) {
+                fSum += x;
+                ++nCount;
+                ++colors[color];
+            }
+        }
+        if (nCount > 0) {
+            fSine += fSum / nCount - 120.0;
+            fCosine += 270.0 - y;
+        }
+    }
+    if (!colors.empty()) {
+        reading.fNeedleCents = std::atan2(fSine, fCosine) * 180.0 / std::numbers::pi / 0.6;
+        reading.needleColor =
+            std::max_element(colors.begin(), colors.end(), [](const auto& a, const auto& b) {
+                return a.second < b.second;
+            })->first;
+    }
+    return reading;
+}
+
+std::optional<int> CDisplayReader::ReadCoarseHighlight(const Picture& window) {
+    // Row 46 of the strip holds only the ground: white, and the tint under the highlight.
+    for (int x = 2; x < 478; ++x) {
+        if (window.At(10 + x, 310 + 46) != 0xFFFFFFU) {
+            return x;
+        }
+    }
+    return std::nullopt;
+}
+
+int CDisplayReader::ReadLevel(const Picture& window) {
+    for (int y = 2; y < 255; ++y) {
+        if (window.At(210 + 15, 43 + y) != 0xFFFFFFU) {
+            return 255 - y;
+        }
+    }
+    return 0;
+}

@@ -1,0 +1,97 @@
+#include "end_to_end/Plucks.h"
+#include "end_to_end/Stage.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <chrono>
+#include <string>
+
+// What the user sees when sound goes wrong, in the real program.
+
+using namespace std::chrono_literals;
+
+namespace {
+
+class Faults : public testing::Test {
+protected:
+    void StartAll() {
+        ASSERT_TRUE(m_sound.Start());
+        ASSERT_TRUE(m_stage.Start(&m_sound));
+        m_pluck = PreparePluck({45, 0.0}, 12.0, m_waves.GetPath() / "a.wav");
+        m_other = PreparePluck({52, 0.0}, 12.0, m_waves.GetPath() / "e.wav");
+        ASSERT_GT(m_pluck.fFrequency * m_other.fFrequency, 0.0);
+        ASSERT_TRUE(Hears(m_pluck)) << m_stage.ReadFile("program.log") << m_stage.ReadFile("errorlog.txt");
+    }
+
+    // Plays the note until the window shows it.
+    bool Hears(const PreparedPluck& pluck, std::chrono::milliseconds timeout = 10s) {
+        const auto deadline = std::chrono::steady_clock::now() + timeout;
+        while (std::chrono::steady_clock::now() < deadline) {
+            if (!m_sound.PlayIntoMicrophone(pluck.waveFile)) {
+                return false;
+            }
+            const DisplayedReading reading = m_stage.ReadUntil(
+                [&](const DisplayedReading& seen) { return seen.strNote == pluck.strNote; }, 2s);
+            m_sound.StopPlaying();
+            if (reading.strNote == pluck.strNote) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    CSoundServer m_sound;
+    CStage m_stage;
+    CTemporaryDirectory m_waves;
+    PreparedPluck m_pluck;
+    PreparedPluck m_other;
+};
+
+TEST_F(Faults, MicrophoneTakenAwayAndPutBackIsHeardAgain) {
+    ASSERT_NO_FATAL_FAILURE(StartAll());
+    ASSERT_TRUE(m_sound.Control({"unload-module", "module-remap-source"}));
+    EXPECT_TRUE(m_stage.GetProgram().IsRunning());
+    ASSERT_TRUE(m_sound.Control(
+        {"load-module", "module-remap-source", "source_name=mic", "master=mic_feed.monitor"}));
+    ASSERT_TRUE(m_sound.Control({"set-default-source", "mic"}));
+    EXPECT_TRUE(Hears(m_other));
+    EXPECT_EQ(m_stage.ReadFile("errorlog.txt").find("Unable"),
+              m_stage.ReadFile("errorlog.txt").rfind("Unable"));
+}
+
+TEST_F(Faults, ServerThatDiesAndReturnsIsFoundAgain) {
+    ASSERT_NO_FATAL_FAILURE(StartAll());
+    const CChildProcess::Environment before = m_sound.GetEnvironment();
+    m_sound.Stop();
+    EXPECT_TRUE(m_stage.GetProgram().IsRunning());
+    ASSERT_TRUE(m_sound.Start());
+    ASSERT_EQ(m_sound.GetEnvironment(), before);
+    EXPECT_TRUE(Hears(m_other, 20s));
+}
+
+TEST_F(Faults, TheWindowClosesAtOnceWhileTheServerIsFrozen) {
+    ASSERT_NO_FATAL_FAILURE(StartAll());
+    m_sound.SignalServer(SIGSTOP);
+    m_stage.GetProgram().Signal(SIGTERM);
+    const auto exitCode = m_stage.GetProgram().WaitForEnd(4s);
+    m_sound.SignalServer(SIGCONT);
+    EXPECT_EQ(exitCode, 0);
+    EXPECT_EQ(m_stage.ReadFile("state.txt").substr(0, 40), "USED DIRECTLY BY FRETVANE, DO NOT EDIT!\n");
+}
+
+TEST_F(Faults, WithoutAServerTheUserIsToldOnceAndTheWindowStays) {
+    ASSERT_TRUE(m_stage.Start(nullptr));
+    EXPECT_TRUE(m_stage.WaitForPicture(
+        [](const Picture& picture) { return picture.At(250, 198) != 0 && picture.At(5, 5) != 0; }, 5s));
+    const auto deadline = std::chrono::steady_clock::now() + 5s;
+    while (m_stage.ReadFile("errorlog.txt").find("state.txt") == std::string::npos &&
+           std::chrono::steady_clock::now() < deadline) {
+    }
+    // The message waits for its answer; the program lives.
+    EXPECT_FALSE(m_stage.GetProgram().WaitForEnd(1s).has_value());
+    m_stage.GetProgram().Signal(SIGTERM);
+    EXPECT_TRUE(m_stage.GetProgram().WaitForEnd(4s).has_value());
+}
+
+}  // namespace

@@ -1,0 +1,126 @@
+#include "end_to_end/Plucks.h"
+#include "end_to_end/Stage.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdint>
+#include <numbers>
+#include <thread>
+#include <vector>
+
+// From a plucked string at the microphone to the pixels of the window.
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::uint32_t NEEDLE_LIVE = 0x0000A0;  // red, green, blue of the default needle
+constexpr std::uint32_t NEEDLE_GREY = 0xA0A0A0;
+
+class FirstLight : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(m_sound.Start());
+        ASSERT_TRUE(m_stage.Start(&m_sound));
+        // Before anything has been heard the dial stands on F sharp, plus, 0, 0, in grey.
+        const DisplayedReading first = m_stage.ReadUntil(
+            [](const DisplayedReading& reading) { return reading.strNote == "F#" && reading.nCents == 0; },
+            10s);
+        ASSERT_EQ(first.strNote, "F#") << m_stage.ReadFile("program.log");
+        ASSERT_EQ(first.nCents, 0);
+        ASSERT_EQ(first.needleColor, NEEDLE_GREY);
+    }
+
+    // Plays the note and returns what the window showed while it sounded, one reading every 40 ms, from the
+    // first live one with the right name on.
+    std::vector<DisplayedReading> PlayAndWatch(const PreparedPluck& pluck) {
+        std::vector<DisplayedReading> readings;
+        EXPECT_TRUE(m_sound.PlayIntoMicrophone(pluck.waveFile));
+        const DisplayedReading first = m_stage.ReadUntil(
+            [&](const DisplayedReading& reading) {
+                return reading.strNote == pluck.strNote && reading.needleColor == NEEDLE_LIVE;
+            },
+            4s);
+        EXPECT_EQ(first.strNote, pluck.strNote);
+        std::this_thread::sleep_for(300ms);  // past the attack, whose pitch is not that of the string
+        for (int i = 0; i < 20; ++i) {
+            readings.push_back(m_stage.Read());
+            std::this_thread::sleep_for(40ms);
+        }
+        m_sound.StopPlaying();
+        return readings;
+    }
+
+    CSoundServer m_sound;
+    CStage m_stage;
+    CTemporaryDirectory m_waves;
+};
+
+TEST_F(FirstLight, SampledGuitarIsReadRightOnOpenFrettedAndDetunedStrings) {
+    const std::vector<Note> notes{{40, 0.0},  {45, 0.0},   {50, 0.0}, {55, 0.0}, {59, 0.0},
+                                  {64, 0.0},  {43, 0.0},   {54, 0.0}, {70, 0.0}, {40, -23.0},
+                                  {45, 31.0}, {55, -38.0}, {64, 17.0}};
+    for (const Note& note : notes) {
+        SCOPED_TRACE(testing::Message() << "key " << note.nKey << " detuned by " << note.fCents);
+        const PreparedPluck pluck = PreparePluck(note, 3.0, m_waves.GetPath() / "pluck.wav");
+        ASSERT_GT(pluck.fFrequency, 0.0);
+        const std::vector<DisplayedReading> readings = PlayAndWatch(pluck);
+        for (const DisplayedReading& reading : readings) {
+            EXPECT_EQ(reading.strNote, pluck.strNote);
+            ASSERT_TRUE(reading.nCents.has_value());
+            EXPECT_NEAR(*reading.nCents, pluck.fCents, 2.0);
+            // The needle says what the digits say: a pixel at its tip is a third of a cent.
+            ASSERT_TRUE(reading.fNeedleCents.has_value());
+            EXPECT_NEAR(*reading.fNeedleCents, *reading.nCents, 1.0);
+        }
+    }
+}
+
+TEST_F(FirstLight, SilenceTurnsTheNeedleGreyAndKeepsTheReading) {
+    const PreparedPluck pluck = PreparePluck({45, 20.0}, 2.0, m_waves.GetPath() / "pluck.wav");
+    const std::vector<DisplayedReading> readings = PlayAndWatch(pluck);
+    const DisplayedReading last = m_stage.ReadUntil(
+        [](const DisplayedReading& reading) { return reading.needleColor == NEEDLE_GREY; }, 6s);
+    EXPECT_EQ(last.needleColor, NEEDLE_GREY);
+    EXPECT_EQ(last.strNote, "A");
+    ASSERT_TRUE(last.nCents.has_value());
+    EXPECT_NEAR(*last.nCents, pluck.fCents, 3.0);
+}
+
+// The highlight's column follows from the spread of the standard tuning over 444 pixels, the level's height
+// from the peak of the sound: both worked out here, and read from the screen.
+TEST_F(FirstLight, CoarseHighlightAndLevelShowPitchAndLoudness) {
+    for (const auto& [fFrequency, fPeak] : {std::pair{110.0, 0.5}, {220.0, 0.1}, {329.6276, 0.9}}) {
+        SCOPED_TRACE(fFrequency);
+        std::vector<float> samples(GUITAR_RATE * 3);
+        float fHighest = 0.0F;
+        for (std::size_t i = 0; i < samples.size(); ++i) {
+            const double fPhase = 2.0 * std::numbers::pi * fFrequency * static_cast<double>(i) / GUITAR_RATE;
+            samples[i] = static_cast<float>(std::sin(fPhase) + 0.5 * std::sin(2.0 * fPhase) +
+                                            0.3 * std::sin(3.0 * fPhase));
+            fHighest = std::max(fHighest, std::fabs(samples[i]));
+        }
+        for (float& fSample : samples) {
+            fSample *= static_cast<float>(fPeak) / fHighest;
+        }
+        ASSERT_TRUE(WriteWave(samples, GUITAR_RATE, m_waves.GetPath() / "tone.wav"));
+        ASSERT_TRUE(m_sound.PlayIntoMicrophone(m_waves.GetPath() / "tone.wav"));
+        m_stage.ReadUntil([](const DisplayedReading& reading) { return reading.needleColor == NEEDLE_LIVE; },
+                          4s);
+        std::this_thread::sleep_for(1s);
+        const auto picture = m_stage.Grab();
+        m_sound.StopPlaying();
+        ASSERT_TRUE(picture.has_value());
+        const double fColumn = 444.0 / 2.0 * std::log2(fFrequency / 82.4069) + 13.0;
+        const auto nHighlight = CDisplayReader::ReadCoarseHighlight(*picture);
+        ASSERT_TRUE(nHighlight.has_value());
+        EXPECT_NEAR(*nHighlight, std::min(fColumn, 464.0), 1.5);
+        const double fLevel = 1.0 + 10.0 * std::log(fPeak) / 60.0;
+        EXPECT_NEAR(CDisplayReader::ReadLevel(*picture), 253.0 * fLevel, 3.0);
+    }
+}
+
+}  // namespace

@@ -1,0 +1,151 @@
+#include "end_to_end/Guitar.h"
+
+#include <fluidsynth.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <fstream>
+#include <memory>
+#include <numbers>
+
+namespace {
+
+constexpr const char* SOUND_FONT = "/usr/share/sounds/sf2/TimGM6mb.sf2";
+constexpr int STEEL_STRING_GUITAR = 25;  // General MIDI program, counted from 0
+
+template <class Type, void (*pfnDelete)(Type*)>
+struct Deleter {
+    void operator()(Type* pObject) const { pfnDelete(pObject); }
+};
+using Settings = std::unique_ptr<fluid_settings_t, Deleter<fluid_settings_t, delete_fluid_settings>>;
+using Synth = std::unique_ptr<fluid_synth_t, Deleter<fluid_synth_t, delete_fluid_synth>>;
+
+double MagnitudeAt(const std::vector<float>& windowed, int nRate, double fFrequency) {
+    // A phasor that turns with the frequency; renewed now and then so that rounding doesn't build up.
+    const double fStep = 2.0 * std::numbers::pi * fFrequency / nRate;
+    const double fTurnCos = std::cos(fStep);
+    const double fTurnSin = std::sin(fStep);
+    double fCos = 1.0;
+    double fSin = 0.0;
+    double fReal = 0.0;
+    double fImaginary = 0.0;
+    for (std::size_t i = 0; i < windowed.size(); ++i) {
+        if (i % 4096 == 0) {
+            fCos = std::cos(fStep * static_cast<double>(i));
+            fSin = std::sin(fStep * static_cast<double>(i));
+        }
+        fReal += fCos * static_cast<double>(windowed[i]);
+        fImaginary += fSin * static_cast<double>(windowed[i]);
+        const double fNextCos = fCos * fTurnCos - fSin * fTurnSin;
+        fSin = fCos * fTurnSin + fSin * fTurnCos;
+        fCos = fNextCos;
+    }
+    return std::hypot(fReal, fImaginary);
+}
+
+}  // namespace
+
+std::vector<float> RenderPluck(const Note& note, double fSeconds) {
+    for (const int nLevel : {FLUID_PANIC, FLUID_ERR, FLUID_WARN, FLUID_INFO, FLUID_DBG}) {
+        fluid_set_log_function(
+            nLevel, [](int, const char*, void*) {}, nullptr);
+    }
+    const Settings settings(new_fluid_settings());
+    fluid_settings_setnum(settings.get(), "synth.sample-rate", GUITAR_RATE);
+    fluid_settings_setint(settings.get(), "synth.dynamic-sample-loading", 1);
+    fluid_settings_setint(settings.get(), "synth.reverb.active", 0);
+    fluid_settings_setint(settings.get(), "synth.chorus.active", 0);
+    const Synth synth(new_fluid_synth(settings.get()));
+    if (!synth || fluid_synth_sfload(synth.get(), SOUND_FONT, 1) < 0) {
+        return {};
+    }
+    fluid_synth_program_change(synth.get(), 0, STEEL_STRING_GUITAR);
+    fluid_synth_set_gen(synth.get(), 0, GEN_FINETUNE, static_cast<float>(note.fCents));
+    fluid_synth_noteon(synth.get(), 0, note.nKey, 100);
+    const std::size_t nFrames = static_cast<std::size_t>(fSeconds * GUITAR_RATE);
+    std::vector<float> left(nFrames);
+    std::vector<float> right(nFrames);
+    if (fluid_synth_write_float(synth.get(), static_cast<int>(nFrames), left.data(), 0, 1, right.data(), 0,
+                                1) != FLUID_OK) {
+        return {};
+    }
+    float fPeak = 0.0F;
+    for (std::size_t i = 0; i < nFrames; ++i) {
+        left[i] = 0.5F * (left[i] + right[i]);
+        fPeak = std::max(fPeak, std::fabs(left[i]));
+    }
+    if (fPeak <= 0.0F) {
+        return {};
+    }
+    for (float& fSample : left) {
+        fSample *= 0.5F / fPeak;
+    }
+    return left;
+}
+
+double MeasurePitch(const std::vector<float>& samples, int nRate, double fExpected) {
+    std::vector<float> windowed(samples.size());
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        const double fPhase =
+            2.0 * std::numbers::pi * static_cast<double>(i) / static_cast<double>(samples.size());
+        windowed[i] = static_cast<float>(samples[i] * 0.5 * (1.0 - std::cos(fPhase)));
+    }
+    double fWeighted = 0.0;
+    double fWeights = 0.0;
+    for (int nHarmonic = 1; nHarmonic <= 4; ++nHarmonic) {
+        const double fCentre = fExpected * nHarmonic;
+        const double fResolution = static_cast<double>(nRate) / static_cast<double>(samples.size());
+        // Coarse steps of a quarter of the resolution, then a golden-section search around the best of them.
+        double fBest = fCentre;
+        double fBestMagnitude = 0.0;
+        const double fReach = fCentre * (std::exp2(0.6 / 12.0) - 1.0);
+        for (double f = fCentre - fReach; f <= fCentre + fReach; f += fResolution / 4.0) {
+            const double fMagnitude = MagnitudeAt(windowed, nRate, f);
+            if (fMagnitude > fBestMagnitude) {
+                fBest = f;
+                fBestMagnitude = fMagnitude;
+            }
+        }
+        double fLow = fBest - fResolution / 2.0;
+        double fHigh = fBest + fResolution / 2.0;
+        for (int nStep = 0; nStep < 30; ++nStep) {
+            const double fThird = (fHigh - fLow) / 3.0;
+            if (MagnitudeAt(windowed, nRate, fLow + fThird) < MagnitudeAt(windowed, nRate, fHigh - fThird)) {
+                fLow += fThird;
+            } else {
+                fHigh -= fThird;
+            }
+        }
+        fWeighted += fBestMagnitude * 0.5 * (fLow + fHigh) / nHarmonic;
+        fWeights += fBestMagnitude;
+    }
+    return fWeighted / fWeights;
+}
+
+bool WriteWave(const std::vector<float>& samples, int nRate, const std::filesystem::path& file) {
+    std::ofstream stream(file, std::ios::binary);
+    const auto put = [&stream](std::uint32_t nValue, int nBytes) {
+        for (int i = 0; i < nBytes; ++i) {
+            stream.put(static_cast<char>(nValue >> 8 * i & 0xFF));
+        }
+    };
+    const auto nDataBytes = static_cast<std::uint32_t>(samples.size() * 2);
+    stream << "RIFF";
+    put(36 + nDataBytes, 4);
+    stream << "WAVEfmt ";
+    put(16, 4);
+    put(1, 2);
+    put(1, 2);
+    put(static_cast<std::uint32_t>(nRate), 4);
+    put(static_cast<std::uint32_t>(nRate) * 2, 4);
+    put(2, 2);
+    put(16, 2);
+    stream << "data";
+    put(nDataBytes, 4);
+    for (const float fSample : samples) {
+        const long nSample = std::lround(std::clamp(static_cast<double>(fSample), -1.0, 1.0) * 32767.0);
+        put(static_cast<std::uint32_t>(static_cast<std::int32_t>(nSample)) & 0xFFFF, 2);
+    }
+    return stream.good();
+}

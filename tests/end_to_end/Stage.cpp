@@ -1,0 +1,137 @@
+#include "end_to_end/Stage.h"
+
+#include <signal.h>
+
+#include <fstream>
+#include <sstream>
+#include <system_error>
+#include <thread>
+
+using namespace std::chrono_literals;
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const fs::path g_source = FRETVANE_SOURCE_DIR;
+const fs::path g_built = fs::path(FRETVANE_BINARY_DIR) / "bin";
+
+// Reads lines of the form: export NAME='value' NAME='value'
+CChildProcess::Environment ParseExports(const std::string& text) {
+    CChildProcess::Environment environment;
+    for (std::size_t nEquals = text.find("='"); nEquals != std::string::npos;
+         nEquals = text.find("='", nEquals + 1)) {
+        const std::size_t nName = text.find_last_of(" \n", nEquals) + 1;
+        const std::size_t nEnd = text.find('\'', nEquals + 2);
+        environment[text.substr(nName, nEquals - nName)] = text.substr(nEquals + 2, nEnd - nEquals - 2);
+    }
+    return environment;
+}
+
+}  // namespace
+
+CSoundServer::~CSoundServer() {
+    Stop();
+}
+
+bool CSoundServer::Start(const std::string& strKind) {
+    Stop();
+    const auto exports = RunCommand(
+        {(g_source / "scripts/soundserver" / (strKind + "-start")).string(), m_directory.GetPath().string()},
+        {});
+    m_bStarted = true;
+    if (!exports) {
+        return false;
+    }
+    m_environment = ParseExports(*exports);
+    return m_environment.contains("PULSE_SERVER");
+}
+
+void CSoundServer::Stop() {
+    m_player.End();
+    if (m_bStarted) {
+        RunCommand({(g_source / "scripts/soundserver/stop").string(), m_directory.GetPath().string()}, {});
+        m_bStarted = false;
+    }
+}
+
+void CSoundServer::SignalServer(int nSignal) const {
+    pid_t pid = 0;
+    std::ifstream(m_directory.GetPath() / "pulse.pid") >> pid;
+    if (pid > 1) {
+        kill(pid, nSignal);
+    }
+}
+
+bool CSoundServer::PlayIntoMicrophone(const fs::path& waveFile) {
+    return m_player.Start({"paplay", "--latency-msec=50", "-d", "mic_feed", waveFile.string()}, m_environment,
+                          m_directory.GetPath(), m_directory.GetPath() / "player.log");
+}
+
+std::optional<std::string> CSoundServer::Control(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.begin(), "pactl");
+    return RunCommand(arguments, m_environment, 5s);
+}
+
+bool CStage::Start(const CSoundServer* pSound) {
+    for (const auto& entry : fs::directory_iterator(g_source / "data")) {
+        if (entry.path().extension() == ".bmp" || entry.path().extension() == ".txt" ||
+            entry.path().extension() == ".htm") {
+            std::error_code ignored;
+            fs::copy_file(entry.path(), m_directory.GetPath() / entry.path().filename(), ignored);
+        }
+    }
+    return m_reader.Load(g_source / "data") && m_screen.Start() && StartProgram(pSound);
+}
+
+bool CStage::StartProgram(const CSoundServer* pSound) {
+    CChildProcess::Environment environment;
+    if (pSound != nullptr) {
+        environment = pSound->GetEnvironment();
+    } else {
+        // An address where nobody listens: the user's own server must not answer.
+        environment["PULSE_SERVER"] = "unix:" + (m_directory.GetPath() / "nobody").string();
+        environment["PULSE_RUNTIME_PATH"] = m_directory.GetPath().string();
+    }
+    environment["DISPLAY"] = m_screen.GetDisplay();
+    environment["QT_QPA_PLATFORM"] = "xcb";
+    environment["HOME"] = m_directory.GetPath().string();
+    return m_program.Start({(g_built / "fretvane").string()}, environment, m_directory.GetPath(),
+                           m_directory.GetPath() / "program.log");
+}
+
+DisplayedReading CStage::Read() const {
+    const auto picture = Grab();
+    return picture && picture->nWidth >= 500 && picture->nHeight >= 396 ? m_reader.Read(*picture)
+                                                                        : DisplayedReading{};
+}
+
+DisplayedReading CStage::ReadUntil(const std::function<bool(const DisplayedReading&)>& condition,
+                                   std::chrono::milliseconds timeout) const {
+    const auto deadline = std::chrono::steady_clock::now() + timeout;
+    DisplayedReading reading = Read();
+    while (!condition(reading) && std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::sleep_for(20ms);
+        reading = Read();
+    }
+    return reading;
+}
+
+bool CStage::WaitForPicture(const std::function<bool(const Picture&)>& condition,
+                            std::chrono::milliseconds timeout) const {
+    const auto deadline = std::chrono::steady_clock::now() + timeout;
+    while (std::chrono::steady_clock::now() < deadline) {
+        const auto picture = Grab();
+        if (picture && condition(*picture)) {
+            return true;
+        }
+        std::this_thread::sleep_for(20ms);
+    }
+    return false;
+}
+
+std::string CStage::ReadFile(const std::string& strName) const {
+    std::ostringstream text;
+    text << std::ifstream(m_directory.GetPath() / strName).rdbuf();
+    return text.str();
+}

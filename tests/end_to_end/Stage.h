@@ -1,0 +1,70 @@
+#pragma once
+
+#include "end_to_end/ChildProcess.h"
+#include "end_to_end/DisplayReader.h"
+#include "end_to_end/Screen.h"
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+// A private sound server without hardware: its microphone hears what is played to it here.
+class CSoundServer {
+public:
+    CSoundServer() = default;
+    ~CSoundServer();
+    CSoundServer(const CSoundServer&) = delete;
+    CSoundServer& operator=(const CSoundServer&) = delete;
+
+    // strKind: "pulse" or "pipewire".
+    bool Start(const std::string& strKind = "pulse");
+    void Stop();
+    // What a program needs in its environment to find the server.
+    const CChildProcess::Environment& GetEnvironment() const { return m_environment; }
+    // Plays a WAV file into the microphone, from now on and beside the caller; a second call ends the first.
+    bool PlayIntoMicrophone(const std::filesystem::path& waveFile);
+    // To the server's own process: SIGSTOP freezes it.
+    void SignalServer(int nSignal) const;
+    void StopPlaying() { m_player.End(); }
+    // A command of the server's control program; its output, or nothing if it failed.
+    std::optional<std::string> Control(std::vector<std::string> arguments) const;
+    const std::filesystem::path& GetDirectory() const { return m_directory.GetPath(); }
+
+private:
+    CTemporaryDirectory m_directory;
+    CChildProcess::Environment m_environment;
+    CChildProcess m_player;
+    bool m_bStarted = false;
+};
+
+// The real program on a virtual screen, in a directory of its own with copies of the files that it needs.
+class CStage {
+public:
+    // Starts screen and program; the sound server is the caller's, null for none at all.
+    bool Start(const CSoundServer* pSound);
+    // Starts the program again, on the same screen and in the same directory.
+    bool StartProgram(const CSoundServer* pSound);
+
+    std::optional<Picture> Grab() const { return m_screen.Grab(); }
+    DisplayedReading Read() const;
+    // Looks at the screen until what is read satisfies the condition; the last reading in any case.
+    DisplayedReading ReadUntil(const std::function<bool(const DisplayedReading&)>& condition,
+                               std::chrono::milliseconds timeout) const;
+    // Looks until the condition holds for the picture itself.
+    bool WaitForPicture(const std::function<bool(const Picture&)>& condition,
+                        std::chrono::milliseconds timeout) const;
+
+    CChildProcess& GetProgram() { return m_program; }
+    const std::filesystem::path& GetDirectory() const { return m_directory.GetPath(); }
+    const CVirtualScreen& GetScreen() const { return m_screen; }
+    std::string ReadFile(const std::string& strName) const;
+
+private:
+    CTemporaryDirectory m_directory;
+    CVirtualScreen m_screen;
+    CDisplayReader m_reader;
+    CChildProcess m_program;
+};
