@@ -1,0 +1,10 @@
+#pragma once
+
+#include "platform/windows/Wnd.h"
+
+// A line or block of text on the window. Text is wrapped at blanks and cut at the rectangle's edges. It lets
+// the mouse through to the parent.
+class CStatic : public CWnd {
+public:
+    bool Create(const CString& strText, DWORD dwStyle, const RECT& rc, CWnd* pParent, int nId = -1);
+};
