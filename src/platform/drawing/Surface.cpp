@@ -3,16 +3,9 @@
 #include <algorithm>
 #include <exception>
 
-namespace {
-
-// More than any screen, and few enough that a size in bytes never overflows.
-constexpr std::int64_t g_nMaxPixels = std::int64_t{1} << 26;
-
-}  // namespace
-
 bool CSurface::Create(int cx, int cy, bool bMonochrome) {
     Destroy();
-    if (cx < 1 || cy < 1 || std::int64_t{cx} * cy > g_nMaxPixels) {
+    if (cx < 1 || cy < 1 || std::int64_t{cx} * cy > s_nMaxPixels) {
         return false;
     }
     try {
