@@ -1,0 +1,52 @@
+#include "widgets/TintedBitmap.h"
+
+#include "platform/windows/ClientDc.h"
+#include "widgets/MemoryPicture.h"
+
+namespace {
+
+// fTint of the way from white to the tint's channel, then darkened by fShade; both steps truncate toward
+// zero.
+int TintChannel(int nTint, double fTint, double fShade) {
+    const int nFlat = 255 + static_cast<int>(fTint * (nTint - 255));
+    return nFlat - static_cast<int>(nFlat * fShade);
+}
+
+}  // namespace
+
+bool CTintedBitmap::Load(const CString& strColorFile, const CString& strBevelFile, CWnd* pWnd) {
+    const CClientDC dcClient(pWnd);
+    if (!LoadMemoryPicture(dcClient, strColorFile, m_dcColor, m_bmpColor)) {
+        return false;
+    }
+    m_nWidth = m_bmpColor.GetSize().cx;
+    m_nHeight = m_bmpColor.GetSize().cy;
+    if (!LoadMemoryPicture(dcClient, strBevelFile, m_dcBevel, m_bmpBevel) ||
+        !CreateMemoryPicture(dcClient, m_nWidth, m_nHeight, m_dcResult, m_bmpResult)) {
+        return false;
+    }
+    Render();
+    return true;
+}
+
+void CTintedBitmap::SetColor(COLORREF clr) {
+    m_clrTint = clr;
+    Render();
+}
+
+void CTintedBitmap::Render() {
+    for (int x = 0; x < m_nWidth; ++x) {
+        for (int y = 0; y < m_nHeight; ++y) {
+            const double fTint = 1.0 - GetBlue(m_dcColor.GetPixel(x, y)) * 0.00390625;
+            const double fShade = 1.0 - GetBlue(m_dcBevel.GetPixel(x, y)) * 0.00390625;
+            m_dcResult.SetPixel(x, y,
+                                MakeColor(TintChannel(GetRed(m_clrTint), fTint, fShade),
+                                          TintChannel(GetGreen(m_clrTint), fTint, fShade),
+                                          TintChannel(GetBlue(m_clrTint), fTint, fShade)));
+        }
+    }
+}
+
+void CTintedBitmap::DrawPart(CDC* pDst, int x, int y, const RECT* prcSrc) const {
+    pDst->BitBlt(x, y, prcSrc->Width(), prcSrc->Height(), &m_dcResult, prcSrc->left, prcSrc->top, SRCCOPY);
+}
