@@ -1,0 +1,174 @@
+#include "platform/base/FileReplacement.h"
+
+#include "platform/base/FileDescriptor.h"
+#include "platform/base/String.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <climits>
+#include <cstddef>
+#include <cstdio>
+#include <optional>
+
+namespace {
+
+constexpr int MAX_LINKS = 40;
+constexpr int MAX_NAME_ATTEMPTS = 100;
+constexpr int MAX_KEPT_FILES = 1000;
+constexpr mode_t PERMISSION_BITS = 0777;
+constexpr mode_t NEW_FILE_MODE = 0666;
+
+// The directory of a path, with its slash; empty for a bare name.
+CString DirectoryOf(const CString& strPath) {
+    return strPath.substr(0, strPath.rfind('/') + 1);
+}
+
+// Follows the links that the last part of a path may be. What it leads to need not exist.
+std::optional<CString> FollowLinks(CString strPath) {
+    for (int i = 0; i < MAX_LINKS; ++i) {
+        std::array<char, PATH_MAX> buffer;
+        const ssize_t nLength = ::readlink(strPath.c_str(), buffer.data(), buffer.size());
+        if (nLength < 0) {
+            return errno == EINVAL || errno == ENOENT ? std::optional(strPath) : std::nullopt;
+        }
+        const CString strTarget(buffer.data(), static_cast<std::size_t>(nLength));
+        strPath = strTarget.starts_with('/') ? strTarget : DirectoryOf(strPath) + strTarget;
+    }
+    return std::nullopt;
+}
+
+bool WriteAll(int nDescriptor, std::string_view strContent) {
+    while (!strContent.empty()) {
+        const ssize_t nWritten = ::write(nDescriptor, strContent.data(), strContent.size());
+        if (nWritten > 0) {
+            strContent.remove_prefix(static_cast<std::size_t>(nWritten));
+        } else if (nWritten == 0 || errno != EINTR) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// Makes a file of its own beside the target, whoever else may be writing there.
+int CreateBeside(const CString& strTarget, CString& strCreated) {
+    static std::atomic<unsigned> uNext = 0;
+    for (int i = 0; i < MAX_NAME_ATTEMPTS; ++i) {
+        strCreated = FormatText("%s.%d-%u.new", strTarget.c_str(), static_cast<int>(::getpid()), uNext++);
+        const int nDescriptor =
+            ::open(strCreated.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, NEW_FILE_MODE);
+        if (nDescriptor >= 0 || errno != EEXIST) {
+            return nDescriptor;
+        }
+    }
+    return -1;
+}
+
+// The new file looks to others like the old one. Another's file can only be given back to its owner by the
+// system's administrator; for everybody else it becomes their own.
+bool TakeOver(int nDescriptor, const struct stat& old) {
+    struct stat status = {};
+    if (::fstat(nDescriptor, &status) != 0) {
+        return false;
+    }
+    const bool bSameOwner = status.st_uid == old.st_uid && status.st_gid == old.st_gid;
+    const bool bGivenBack = bSameOwner || ::fchown(nDescriptor, old.st_uid, old.st_gid) == 0;
+    const mode_t mode = old.st_mode & PERMISSION_BITS;
+    return ::fchmod(nDescriptor, bGivenBack ? mode : mode & ~static_cast<mode_t>(S_IRWXG)) == 0;
+}
+
+void FlushDirectory(const CString& strDirectory) {
+    const char* szDirectory = strDirectory.empty() ? "." : strDirectory.c_str();
+    const CFileDescriptor directory(::open(szDirectory, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (directory.IsOpen()) {
+        ::fsync(directory.Get());
+    }
+}
+
+// "state.txt" with the mark ".rejected" is "state.rejected.txt", and "state.rejected.2.txt" for number 2.
+CString KeptName(const CString& strTarget, const CString& strMark, int nNumber) {
+    const std::size_t nName = DirectoryOf(strTarget).size();
+    const std::size_t nDot = strTarget.rfind('.');
+    const std::size_t nCut = nDot == CString::npos || nDot <= nName ? strTarget.size() : nDot;
+    const CString strNumber = nNumber == 1 ? CString() : FormatText(".%d", nNumber);
+    return strTarget.substr(0, nCut) + strMark + strNumber + strTarget.substr(nCut);
+}
+
+}  // namespace
+
+CFileReplacement::~CFileReplacement() {
+    Discard();
+}
+
+void CFileReplacement::Discard() {
+    if (!m_strPrepared.empty()) {
+        ::unlink(m_strPrepared.c_str());
+        m_strPrepared.clear();
+    }
+}
+
+bool CFileReplacement::Prepare(const CString& strPath, std::string_view strContent) {
+    const auto target = FollowLinks(strPath);
+    Discard();
+    if (!target) {
+        return false;
+    }
+    struct stat old = {};
+    const bool bThere = ::stat(target->c_str(), &old) == 0;
+    if (bThere ? !S_ISREG(old.st_mode) || ::faccessat(AT_FDCWD, target->c_str(), W_OK, AT_EACCESS) != 0
+               : errno != ENOENT) {
+        return false;
+    }
+    CFileDescriptor file(CreateBeside(*target, m_strPrepared));
+    if (!file.IsOpen()) {
+        m_strPrepared.clear();
+        return false;
+    }
+    m_strTarget = *target;
+    const bool bWritten = (!bThere || TakeOver(file.Get(), old)) && WriteAll(file.Get(), strContent) &&
+                          ::fsync(file.Get()) == 0;
+    if (!file.Close() || !bWritten) {
+        Discard();
+        return false;
+    }
+    return true;
+}
+
+bool CFileReplacement::KeepOld(const CString& strMark) {
+    struct stat old = {};
+    if (::stat(m_strTarget.c_str(), &old) != 0) {
+        return errno == ENOENT;
+    }
+    for (int i = 1; i <= MAX_KEPT_FILES; ++i) {
+        const CString strKept = KeptName(m_strTarget, strMark, i);
+        struct stat kept = {};
+        if (::lstat(strKept.c_str(), &kept) == 0) {
+            // Kept already, by somebody who was stopped before the replacement.
+            if (kept.st_dev == old.st_dev && kept.st_ino == old.st_ino) {
+                return true;
+            }
+            continue;
+        }
+        if (::link(m_strTarget.c_str(), strKept.c_str()) == 0) {
+            return true;
+        }
+        // A file system without second names, or one that forbids them here: the old file moves away.
+        if (errno != EEXIST && ::rename(m_strTarget.c_str(), strKept.c_str()) == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool CFileReplacement::Commit() {
+    if (m_strPrepared.empty() || ::rename(m_strPrepared.c_str(), m_strTarget.c_str()) != 0) {
+        return false;
+    }
+    m_strPrepared.clear();
+    FlushDirectory(DirectoryOf(m_strTarget));
+    return true;
+}
