@@ -1,0 +1,157 @@
+#include "artwork/Pictures.h"
+#include "artwork/Raster.h"
+#include "artwork/Typeface.h"
+
+#include <QtGui/QTransform>
+#include <array>
+#include <cmath>
+
+// The big glyphs of the fine dial. The dial cuts them out of the strips at fixed columns and copies them over
+// one another without clearing all the ground between, so ink keeps clear of the columns that the next glyph
+// may leave standing:
+//   a digit    columns 1 to 22 of its cell: the narrowest cell has 24 columns, and the ones digit covers the
+//              last column of the widest tens digit;
+//   the sharp  columns 0 to 21: the ground behind a name is cleared up to there behind the widest letter;
+//   the plus   below row 19 only columns 6 to 18, and never beyond column 19: that much goes with the minus.
+
+namespace {
+
+constexpr int STRIP_HEIGHT = 27;
+constexpr double CAP_HEIGHT = 23.0;
+constexpr double BASELINE = 25.0;  // capitals fill rows 2 to 24: as much air above as below
+constexpr QFont::Weight WEIGHT = QFont::Bold;
+
+constexpr std::array<int, 10> LETTER_EDGES{0, 32, 60, 90, 119, 146, 170, 200, 225, 249};
+constexpr std::array<int, 14> DIGIT_EDGES{0, 26, 50, 75, 99, 125, 150, 175, 200, 225, 250, 286, 299, 321};
+
+// The outline of a sharp from x = 0, between the rows 1 and 26: upright strokes thin, cross strokes heavy and
+// rising, as in print.
+QPainterPath SharpOutline() {
+    QPainterPath path;
+    path.setFillRule(Qt::WindingFill);
+    path.addRect(3.0, 2.6, 3.0, 23.4);
+    path.addRect(9.0, 1.0, 3.0, 23.4);
+    for (const double y : {8.7, 17.1}) {
+        path.moveTo(0.0, y + 1.4);
+        path.lineTo(15.0, y - 1.4);
+        path.lineTo(15.0, y + 2.8);
+        path.lineTo(0.0, y + 5.6);
+        path.closeSubpath();
+    }
+    return path.simplified();
+}
+
+// The outline of a flat from x = 0: a stem, and a bowl that runs out into a point.
+QPainterPath FlatOutline() {
+    QPainterPath path;
+    path.setFillRule(Qt::OddEvenFill);
+    path.moveTo(0.0, 1.0);
+    path.lineTo(3.0, 1.0);
+    path.lineTo(3.0, 11.6);
+    path.cubicTo(4.6, 10.2, 6.4, 9.5, 8.1, 9.5);
+    path.cubicTo(11.8, 9.5, 14.0, 11.7, 14.0, 14.7);
+    path.cubicTo(14.0, 19.3, 8.2, 21.6, 0.0, 26.0);
+    path.closeSubpath();
+    path.moveTo(3.0, 14.9);
+    path.lineTo(3.0, 21.0);
+    path.cubicTo(7.2, 18.8, 9.7, 17.0, 9.7, 14.9);
+    path.cubicTo(9.7, 13.5, 8.7, 12.8, 7.4, 12.8);
+    path.cubicTo(5.8, 12.8, 4.2, 13.6, 3.0, 14.9);
+    path.closeSubpath();
+    return path;
+}
+
+QPainterPath GlyphOutline(char character) {
+    return TextOutline(QString(QLatin1Char(character)), WEIGHT, CAP_HEIGHT).translated(0.0, BASELINE);
+}
+
+// Light and shade of a pillow-shaped surface that rises from the edge of the shape, lit from the top left.
+GlyphStrip Emboss(const QPainterPath& path, int nWidth) {
+    constexpr double RISE = 2.2;  // pixels from the edge to the flat top
+    constexpr double SHADE = 0.62;
+    constexpr double GLEAM = 0.34;
+    constexpr double LIGHT_X = -0.48;
+    constexpr double LIGHT_Y = -0.62;
+    constexpr double LIGHT_Z = 0.62;
+
+    const CField cover = Cover(path, nWidth, STRIP_HEIGHT);
+    CField height = DistanceInside(cover);
+    for (int y = 0; y < height.GetHeight(); ++y) {
+        for (int x = 0; x < height.GetWidth(); ++x) {
+            const double fDown = 1.0 - std::min(height.At(x, y) / RISE, 1.0);
+            height.At(x, y) = RISE * 0.62 * std::sqrt(1.0 - fDown * fDown);
+        }
+    }
+    Blur(height, 3);
+
+    CField tinted(nWidth, STRIP_HEIGHT);
+    CField shaded(nWidth, STRIP_HEIGHT);
+    for (int y = 0; y < height.GetHeight(); ++y) {
+        for (int x = 0; x < height.GetWidth(); ++x) {
+            const double fSlopeX = (height.Near(x + 1, y) - height.Near(x - 1, y)) * SAMPLES / 2.0;
+            const double fSlopeY = (height.Near(x, y + 1) - height.Near(x, y - 1)) * SAMPLES / 2.0;
+            const double fLight = (-fSlopeX * LIGHT_X - fSlopeY * LIGHT_Y + LIGHT_Z) /
+                                  std::sqrt(fSlopeX * fSlopeX + fSlopeY * fSlopeY + 1.0) / LIGHT_Z;
+            const double fGleam = std::clamp(fLight - 1.0, 0.0, 1.0) * GLEAM;
+            const double fShade = std::clamp(1.0 - fLight, 0.0, 1.0) * SHADE;
+            tinted.At(x, y) = cover.At(x, y) * (1.0 - fGleam);
+            shaded.At(x, y) = cover.At(x, y) * fShade;
+        }
+    }
+
+    GlyphStrip strip{CPicture(nWidth, STRIP_HEIGHT), CPicture(nWidth, STRIP_HEIGHT)};
+    for (int y = 0; y < STRIP_HEIGHT; ++y) {
+        for (int x = 0; x < nWidth; ++x) {
+            const std::uint8_t nColor = ToByte(1.0 - tinted.Mean(x, y));
+            const std::uint8_t nBevel = ToByte(1.0 - shaded.Mean(x, y));
+            strip.color.At(x, y) = {nColor, nColor, nColor};
+            strip.bevel.At(x, y) = {nBevel, nBevel, nBevel};
+        }
+    }
+    return strip;
+}
+
+}  // namespace
+
+GlyphStrip DrawLetterStrip() {
+    constexpr double GAP_BEHIND = 3.0;  // an accidental follows at the cell's edge
+    constexpr double GAP_BEFORE_ACCIDENTAL = 1.0;
+    QPainterPath path;
+    path.setFillRule(Qt::WindingFill);
+    for (std::size_t i = 0; i < 7; ++i) {
+        const QPainterPath glyph = GlyphOutline("ABCDEFG"[i]);
+        // Upright stems begin on a whole column and stay crisp.
+        const double fLeft = std::floor(LETTER_EDGES[i + 1] - GAP_BEHIND - glyph.boundingRect().width());
+        path.addPath(glyph.translated(fLeft, 0.0));
+    }
+    path.addPath(SharpOutline().translated(LETTER_EDGES[7] + GAP_BEFORE_ACCIDENTAL, 0.0));
+    path.addPath(FlatOutline().translated(LETTER_EDGES[8] + GAP_BEFORE_ACCIDENTAL, 0.0));
+    return Emboss(path, LETTER_EDGES.back());
+}
+
+GlyphStrip DrawDigitStrip() {
+    constexpr double DIGIT_CENTRE = 12.0;
+    QPainterPath path;
+    path.setFillRule(Qt::WindingFill);
+    for (std::size_t i = 0; i < 10; ++i) {
+        const QPainterPath glyph = GlyphOutline("0123456789"[i]);
+        path.addPath(
+            glyph.translated(DIGIT_EDGES[i] + DIGIT_CENTRE - glyph.boundingRect().width() / 2.0, 0.0));
+    }
+    path.addPath(GlyphOutline('%').translated(DIGIT_EDGES[10] + 2.0, 0.0));
+
+    // The signs share their centre on the dial, where the minus lies six columns further right.
+    constexpr double MIDDLE = BASELINE - CAP_HEIGHT / 2.0;
+    constexpr double THICK = 5.0;
+    constexpr double PLUS_SPAN = 15.0;
+    constexpr double MINUS_SPAN = 11.0;
+    const double xMinus = DIGIT_EDGES[11] + 6.5;
+    const double xPlus = DIGIT_EDGES[12] + 12.5;
+    path.addRect(xMinus - MINUS_SPAN / 2.0, MIDDLE - THICK / 2.0, MINUS_SPAN, THICK);
+    QPainterPath plus;
+    plus.setFillRule(Qt::WindingFill);
+    plus.addRect(xPlus - PLUS_SPAN / 2.0, MIDDLE - THICK / 2.0, PLUS_SPAN, THICK);
+    plus.addRect(xPlus - THICK / 2.0, MIDDLE - PLUS_SPAN / 2.0, THICK, PLUS_SPAN);
+    path.addPath(plus.simplified());
+    return Emboss(path, DIGIT_EDGES.back());
+}

@@ -1,0 +1,68 @@
+#include "artwork/Metal.h"
+#include "artwork/Pictures.h"
+#include "artwork/Raster.h"
+
+#include <algorithm>
+#include <cmath>
+
+// The hub that the needle comes out of: the visible part of a turned metal cap. It fills the dial from row
+// 232 to the last row above the frame, centred on the pivot's column, and covers the needle's foot at every
+// angle. White is what the dial shows through, so no metal is quite white.
+
+namespace {
+
+constexpr int HUB_WIDTH = 59;
+constexpr int HUB_HEIGHT = 23;
+constexpr double CENTRE_X = HUB_WIDTH / 2.0;
+constexpr double RADIUS = 30.2;
+constexpr double CENTRE_Y = RADIUS + 0.3;
+constexpr double BRIGHTEST = 0.97;
+
+constexpr double RIM = 6.0;      // a round bead
+constexpr double GROOVE = 1.2;   // between bead and face
+constexpr double BOSS = 12.5;    // the raised middle
+constexpr double OUTLINE = 0.9;  // a dark edge against the white ground
+
+// Slope outward along the radius.
+double SlopeAt(double fRadius) {
+    const double fFace = RADIUS - OUTLINE - RIM - GROOVE;
+    if (fRadius > fFace + GROOVE) {
+        const double u = std::clamp((fRadius - (RADIUS - OUTLINE - RIM / 2.0)) / (RIM / 2.0), -0.93, 0.93);
+        return -u / std::sqrt(1.0 - u * u) * 0.8;
+    }
+    if (fRadius > BOSS) {
+        return -0.10;
+    }
+    const double u = std::clamp(fRadius / BOSS, 0.0, 0.96);
+    return -u / std::sqrt(1.0 - u * u) * 0.55;
+}
+
+Tone HubTone(double x, double y) {
+    const double dx = x - CENTRE_X;
+    const double dy = y - CENTRE_Y;
+    const double fRadius = std::hypot(dx, dy);
+    if (fRadius > RADIUS) {
+        return Grey(1.0);
+    }
+    if (fRadius > RADIUS - OUTLINE) {
+        return Grey(0.30);
+    }
+    const double fFace = RADIUS - OUTLINE - RIM - GROOVE;
+    if (fRadius > fFace && fRadius <= fFace + GROOVE) {
+        return Grey(0.34);
+    }
+    const double fSlope = SlopeAt(fRadius);
+    double fLight = SlopeLight(fSlope * dx / fRadius, fSlope * dy / fRadius);
+    if (fRadius > BOSS && fRadius <= fFace) {
+        // Turned on a lathe: bright and dark fans around the middle.
+        const double fAngle = std::atan2(dy, dx);
+        fLight += 0.10 * std::cos(2.0 * (fAngle + 2.05)) - 0.04;
+    }
+    return Grey(std::min(fLight, BRIGHTEST));
+}
+
+}  // namespace
+
+CPicture DrawHub() {
+    return Shade(HUB_WIDTH, HUB_HEIGHT, HubTone);
+}
