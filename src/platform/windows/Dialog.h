@@ -51,6 +51,7 @@ public:
 protected:
     const CMessageMap& GetMessageMap() const override;
     LRESULT DefWindowProc(UINT nMessage, WPARAM wParam, LPARAM lParam) override;
+    void PostNcDestroy() override;
 
     // Before the dialog shows, all controls made. True: the first control that takes the keyboard gets it.
     virtual bool OnInitDialog();

@@ -18,7 +18,7 @@ public:
     // process's exit code: 0, or 1 if InitInstance returned false or left no main window. A display that
     // can't be opened ends the process with a message on stderr and code 1. SIGTERM, SIGINT and SIGHUP send
     // WM_CLOSE to the main window.
-    int Main(int argc, char** argv);
+    int Main();
 
     // Makes the main window with SetMainWnd and shows it.
     virtual bool InitInstance();
@@ -34,10 +34,11 @@ public:
     int GetShowCommand() const;
 
 private:
-    int RunMessageLoop();
+    void OnEndSignal();
 
     std::unique_ptr<CWnd> m_pMainWnd;
-    bool m_bMainWndGone = false;
+    bool m_bDeleteMainWnd = false;
+    bool m_bEndRequested = false;
 };
 
 // The one application object, null if there is none.

@@ -42,6 +42,9 @@ public:
     // The same; the result isn't wanted.
     void SendNotifyMessage(UINT nMessage, WPARAM wParam = 0, LPARAM lParam = 0);
 
+    // The icon of a window of its own, from a picture file; false if it can't be read.
+    bool SetIcon(const CString& strFile);
+
     // One timer for each id; WM_TIMER with the id as wParam every nMilliseconds until KillTimer or the end of
     // the window. Setting a running timer starts it anew.
     bool SetTimer(UINT nId, UINT nMilliseconds);
@@ -72,7 +75,7 @@ public:
     // shows it.
     void SetWindowText(const CString& strText);
     CString GetWindowText() const;
-    // Sends WM_SETFONT. The font is copied.
+    // Sends WM_SETFONT. The font need not outlive the call.
     void SetFont(const CFont& font, bool bRedraw = true);
 
     void EnableWindow(bool bEnable);
@@ -82,6 +85,7 @@ public:
     static CWnd* GetFocus();
 
     int GetDlgCtrlID() const;
+    // Null once the window is gone: a handler that lets the default handling run first must look.
     CWnd* GetParent() const;
     // The child with this id, null if there is none.
     CWnd* GetDlgItem(int nId) const;
