@@ -29,4 +29,7 @@ public:
 
 protected:
     LRESULT DefWindowProc(UINT nMessage, WPARAM wParam, LPARAM lParam) override;
+
+private:
+    int Ask(UINT nMessage, int nParam, LPARAM lParam);
 };

@@ -55,7 +55,6 @@ public:
     void UpdateWindow();
     // Makes a paint due: WM_PAINT comes with the next refresh. What is on the screen stays until then.
     void Invalidate();
-    void InvalidateRect(const RECT* prc, bool bErase);
     bool IsWindowVisible() const;
     bool IsIconic() const;
 

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "platform/base/Types.h"
+
+class QKeyEvent;
+
+// The virtual-key code of a key of the toolkit; 0 for keys that nobody asks for.
+UINT VirtualKeyOf(const QKeyEvent& event);
+
+// The characters that a key types, as WM_CHAR carries them; none for one that moves or switches something, or
+// that is held with Alt.
+std::u32string CharactersOf(const QKeyEvent& event);

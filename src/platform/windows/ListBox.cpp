@@ -1,0 +1,211 @@
+#include "platform/windows/ListBox.h"
+
+#include "platform/windows/WndState.h"
+
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QListWidget>
+#include <bit>
+
+namespace {
+
+class CListWidget final : public QListWidget {
+public:
+    CListWidget(std::shared_ptr<CWndLink> pLink, bool bNotify)
+        : m_pLink(std::move(pLink)), m_bNotify(bNotify) {
+        setSelectionMode(QAbstractItemView::SingleSelection);
+        setEditTriggers(QAbstractItemView::NoEditTriggers);
+        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
+        setUniformItemSizes(true);
+        setTextElideMode(Qt::ElideNone);
+        setFrameStyle(static_cast<int>(QFrame::Box) | static_cast<int>(QFrame::Plain));
+        setContextMenuPolicy(Qt::PreventContextMenu);
+        connect(this, &QListWidget::itemSelectionChanged, this, [this] { OnSelectionChange(); });
+    }
+
+    int GetSelected() const {
+        const QModelIndexList rows = selectionModel()->selectedRows();
+        return rows.isEmpty() ? LB_ERR : rows.front().row();
+    }
+    void Select(int nRow) {
+        m_bByCode = true;
+        if (nRow < 0) {
+            clearSelection();
+            setCurrentRow(-1);
+        } else {
+            setCurrentRow(nRow, QItemSelectionModel::ClearAndSelect);
+            scrollToItem(item(nRow));
+        }
+        m_nSelected = GetSelected();
+        m_bByCode = false;
+    }
+    void Insert(int nRow, const QString& text) {
+        insertItem(nRow, text);
+        m_nSelected = GetSelected();
+    }
+    void Delete(int nRow) {
+        const int nSelected = GetSelected();
+        m_bByCode = true;
+        const std::unique_ptr<QListWidgetItem> pItem(takeItem(nRow));
+        m_bByCode = false;
+        // The toolkit would move the selection on.
+        if (nSelected == nRow) {
+            Select(-1);
+        }
+        m_nSelected = GetSelected();
+    }
+
+protected:
+    // One row stays selected, whichever keys are held while the mouse is used.
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                         const QEvent* pEvent) const override {
+        const auto flags = QListWidget::selectionCommand(index, pEvent);
+        constexpr auto nMaskOut = QItemSelectionModel::Toggle | QItemSelectionModel::Deselect;
+        return (flags & nMaskOut) && index.isValid()
+                   ? QItemSelectionModel::SelectionFlags(QItemSelectionModel::ClearAndSelect)
+                   : flags;
+    }
+
+private:
+    void OnSelectionChange() {
+        const int nSelected = GetSelected();
+        if (m_bByCode || nSelected == m_nSelected) {
+            return;
+        }
+        m_nSelected = nSelected;
+        CWndState* const pState = m_pLink->StateFor(this);
+        if (m_bNotify && pState != nullptr) {
+            pState->NotifyParent(LBN_SELCHANGE);
+        }
+    }
+
+    const std::shared_ptr<CWndLink> m_pLink;
+    const bool m_bNotify;
+    bool m_bByCode = false;
+    int m_nSelected = LB_ERR;
+};
+
+CListWidget* ListOf(const CWnd& wnd) {
+    return dynamic_cast<CListWidget*>(CWndState::Of(wnd).pWidget.get());
+}
+
+QString TextOfParam(LPARAM lParam) {
+    return QString::fromUtf8(std::bit_cast<const char*>(lParam));
+}
+
+LPARAM ParamOfText(const CString& strText) {
+    return std::bit_cast<LPARAM>(strText.c_str());
+}
+
+bool IsRow(const QListWidget& list, int nRow) {
+    return nRow >= 0 && nRow < list.count();
+}
+
+int Insert(CListWidget& list, int nRow, const QString& text) {
+    const int nAt = nRow == -1 ? list.count() : nRow;
+    if (nAt < 0 || nAt > list.count()) {
+        return LB_ERR;
+    }
+    list.Insert(nAt, text);
+    return nAt;
+}
+
+int Delete(CListWidget& list, int nRow) {
+    if (!IsRow(list, nRow)) {
+        return LB_ERR;
+    }
+    list.Delete(nRow);
+    return list.count();
+}
+
+int Select(CListWidget& list, int nRow) {
+    const bool bRow = IsRow(list, nRow);
+    list.Select(bRow ? nRow : -1);
+    return bRow ? nRow : LB_ERR;
+}
+
+int Find(const QListWidget& list, int nStartAfter, const QString& prefix) {
+    const int nCount = list.count();
+    const int nFirst = IsRow(list, nStartAfter) ? nStartAfter + 1 : 0;
+    for (int i = 0; i < nCount; ++i) {
+        const int nRow = (nFirst + i) % nCount;
+        if (list.item(nRow)->text().startsWith(prefix, Qt::CaseInsensitive)) {
+            return nRow;
+        }
+    }
+    return LB_ERR;
+}
+
+}  // namespace
+
+bool CListBox::Create(DWORD dwStyle, const RECT& rc, CWnd* pParent, int nId) {
+    if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
+        return false;
+    }
+    CWndState& state = CWndState::Of(*this);
+    auto pList = std::make_unique<CListWidget>(state.pLink, (dwStyle & LBS_NOTIFY) != 0);
+    return state.Attach(std::move(pList), {{}, dwStyle | WS_CHILD, rc, pParent, nId});
+}
+
+LRESULT CListBox::DefWindowProc(UINT nMessage, WPARAM wParam, LPARAM lParam) {
+    CListWidget* const pList = ListOf(*this);
+    if (pList == nullptr) {
+        return CWnd::DefWindowProc(nMessage, wParam, lParam);
+    }
+    const int nRow = static_cast<int>(wParam);
+    switch (nMessage) {
+        case LB_ADDSTRING:
+            return Insert(*pList, -1, TextOfParam(lParam));
+        case LB_INSERTSTRING:
+            return Insert(*pList, nRow, TextOfParam(lParam));
+        case LB_DELETESTRING:
+            return Delete(*pList, nRow);
+        case LB_GETCOUNT:
+            return pList->count();
+        case LB_GETCURSEL:
+            return pList->GetSelected();
+        case LB_SETCURSEL:
+            return Select(*pList, nRow);
+        case LB_FINDSTRING:
+            return Find(*pList, nRow, TextOfParam(lParam));
+        default:
+            return CWnd::DefWindowProc(nMessage, wParam, lParam);
+    }
+}
+
+int CListBox::AddString(const CString& strText) {
+    return Ask(LB_ADDSTRING, 0, ParamOfText(strText));
+}
+
+int CListBox::InsertString(int nIndex, const CString& strText) {
+    return Ask(LB_INSERTSTRING, nIndex, ParamOfText(strText));
+}
+
+int CListBox::DeleteString(int nIndex) {
+    return Ask(LB_DELETESTRING, nIndex, 0);
+}
+
+int CListBox::GetCount() {
+    return IsWindow() ? Ask(LB_GETCOUNT, 0, 0) : 0;
+}
+
+int CListBox::GetCurSel() {
+    return Ask(LB_GETCURSEL, 0, 0);
+}
+
+int CListBox::SetCurSel(int nIndex) {
+    return Ask(LB_SETCURSEL, nIndex, 0);
+}
+
+int CListBox::FindString(int nStartAfter, const CString& strPrefix) {
+    return Ask(LB_FINDSTRING, nStartAfter, ParamOfText(strPrefix));
+}
+
+CString CListBox::GetText(int nIndex) const {
+    const CListWidget* const pList = ListOf(*this);
+    return pList != nullptr && IsRow(*pList, nIndex) ? pList->item(nIndex)->text().toStdString() : CString();
+}
+
+int CListBox::Ask(UINT nMessage, int nParam, LPARAM lParam) {
+    return IsWindow() ? static_cast<int>(SendMessage(nMessage, static_cast<WPARAM>(nParam), lParam)) : LB_ERR;
+}

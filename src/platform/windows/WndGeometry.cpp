@@ -1,0 +1,118 @@
+#include "platform/windows/SystemMetrics.h"
+#include "platform/windows/WndState.h"
+
+#include <QtGui/QScreen>
+#include <QtWidgets/QWidget>
+#include <algorithm>
+
+namespace {
+
+constexpr int g_nFrame = 3;
+constexpr int g_nCaption = 19;
+
+}  // namespace
+
+int GetSystemMetrics(int nIndex) {
+    switch (nIndex) {
+        case SM_CXFIXEDFRAME:
+        case SM_CYFIXEDFRAME:
+            return g_nFrame;
+        case SM_CYCAPTION:
+        case SM_CYMENU:
+            return g_nCaption;
+        default:
+            return 0;
+    }
+}
+
+void CWnd::CalcWindowRect(RECT& rc) {
+    rc = {rc.left - g_nFrame, rc.top - g_nCaption - g_nFrame, rc.right + g_nFrame, rc.bottom + g_nFrame};
+}
+
+void CWnd::SetClientSize(int cx, int cy) {
+    m_pState->SetClientSize(cx, cy);
+}
+
+void CWnd::SetWindowPos(int x, int y, int cx, int cy, UINT nFlags) {
+    if (!IsWindow()) {
+        return;
+    }
+    QWidget& widget = *m_pState->pWidget;
+    if ((nFlags & SWP_NOMOVE) == 0) {
+        widget.move(x, y);
+    }
+    if ((nFlags & SWP_NOSIZE) != 0) {
+        return;
+    }
+    if (!m_pState->IsTopLevel()) {
+        widget.resize(cx, cy);
+        return;
+    }
+    RECT rcFrame;
+    CalcWindowRect(rcFrame);
+    const int nWidth = std::max(cx - rcFrame.Width(), 0);
+    const int nHeight = std::max(cy - rcFrame.Height(), 0);
+    m_pState->SetClientSize(nWidth, nHeight);
+    widget.setFixedSize(nWidth, nHeight);
+}
+
+void CWnd::CenterWindow() {
+    if (m_pState->IsTopLevel()) {
+        CenterWidget(*m_pState->pWidget, m_pState->pParent);
+    }
+}
+
+RECT CWnd::GetClientRect() const {
+    if (IsWindow() && !m_pState->IsTopLevel()) {
+        return {0, 0, m_pState->pWidget->width(), m_pState->pWidget->height()};
+    }
+    return {0, 0, m_pState->nWidth, m_pState->nHeight};
+}
+
+RECT CWnd::GetWindowRect() const {
+    if (!IsWindow()) {
+        return {};
+    }
+    POINT ptOrigin;
+    ClientToScreen(ptOrigin);
+    RECT rc = GetClientRect();
+    rc = {ptOrigin.x, ptOrigin.y, ptOrigin.x + rc.right, ptOrigin.y + rc.bottom};
+    if (m_pState->IsTopLevel()) {
+        CalcWindowRect(rc);
+    }
+    return rc;
+}
+
+void CWnd::ClientToScreen(POINT& pt) const {
+    if (IsWindow()) {
+        const QPoint ptScreen = m_pState->pWidget->mapToGlobal(QPoint(pt.x, pt.y));
+        pt = {ptScreen.x(), ptScreen.y()};
+    }
+}
+
+void CWnd::ScreenToClient(POINT& pt) const {
+    if (IsWindow()) {
+        const QPoint ptClient = m_pState->pWidget->mapFromGlobal(QPoint(pt.x, pt.y));
+        pt = {ptClient.x(), ptClient.y()};
+    }
+}
+
+void CenterWidget(QWidget& widget, const CWnd* pOwner) {
+    const QScreen* const pScreen = widget.screen();
+    if (pScreen == nullptr) {
+        return;
+    }
+    const QRect available = pScreen->availableGeometry();
+    QRect area = available;
+    if (pOwner != nullptr && pOwner->IsWindowVisible() && !pOwner->IsIconic()) {
+        const RECT rc = pOwner->GetWindowRect();
+        area = QRect(rc.left, rc.top, rc.Width(), rc.Height());
+    }
+    QRect frame(0, 0, widget.width() + 2 * g_nFrame, widget.height() + 2 * g_nFrame + g_nCaption);
+    frame.moveCenter(area.center());
+    frame.moveRight(std::min(frame.right(), available.right()));
+    frame.moveBottom(std::min(frame.bottom(), available.bottom()));
+    frame.moveLeft(std::max(frame.left(), available.left()));
+    frame.moveTop(std::max(frame.top(), available.top()));
+    widget.move(frame.topLeft());
+}

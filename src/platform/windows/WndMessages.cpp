@@ -1,0 +1,84 @@
+#include "platform/windows/WndState.h"
+
+#include <QtWidgets/QWidget>
+#include <bit>
+
+namespace {
+
+bool Fits(const CMessageEntry& entry, UINT nMessage, WPARAM wParam) {
+    if (entry.nMessage != nMessage) {
+        return false;
+    }
+    if (nMessage != WM_COMMAND) {
+        return true;
+    }
+    const int nId = IdOfCommand(wParam);
+    return entry.nCode == CodeOfCommand(wParam) && nId >= entry.nIdFirst && nId <= entry.nIdLast;
+}
+
+const CMessageEntry* FindEntry(const CMessageMap& map, UINT nMessage, WPARAM wParam) {
+    for (const CMessageMap* pMap = &map; pMap != nullptr; pMap = pMap->pBase) {
+        for (const CMessageEntry& entry : pMap->entries) {
+            if (Fits(entry, nMessage, wParam)) {
+                return &entry;
+            }
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+LRESULT CWnd::SendMessage(UINT nMessage, WPARAM wParam, LPARAM lParam) {
+    return IsWindow() ? m_pState->Dispatch(nMessage, wParam, lParam, nullptr) : 0;
+}
+
+void CWnd::SendNotifyMessage(UINT nMessage, WPARAM wParam, LPARAM lParam) {
+    SendMessage(nMessage, wParam, lParam);
+}
+
+const CMessageMap& CWnd::GetMessageMap() const {
+    static const CMessageMap map{{}, nullptr};
+    return map;
+}
+
+LRESULT CWnd::WindowProc(UINT nMessage, WPARAM wParam, LPARAM lParam) {
+    const CMessageEntry* const pEntry = FindEntry(GetMessageMap(), nMessage, wParam);
+    return pEntry != nullptr ? pEntry->pfnHandle(*this, wParam, lParam)
+                             : DefWindowProc(nMessage, wParam, lParam);
+}
+
+LRESULT CWnd::DefWindowProc(UINT nMessage, WPARAM wParam, LPARAM lParam) {
+    switch (nMessage) {
+        case WM_CLOSE:
+            DestroyWindow();
+            return 0;
+        case WM_RBUTTONUP: {
+            POINT pt = PointOfParam(lParam);
+            ClientToScreen(pt);
+            SendMessage(WM_CONTEXTMENU, std::bit_cast<WPARAM>(this), MakePointParam(pt));
+            return 0;
+        }
+        case WM_NCHITTEST:
+            return HTCLIENT;
+        case WM_SETFONT:
+            if (IsWindow() && wParam != 0) {
+                m_pState->pWidget->setFont(ToToolkitFont(*std::bit_cast<const CFont*>(wParam)));
+            }
+            return 0;
+        default:
+            m_pState->DeliverEvent(nMessage);
+            return 0;
+    }
+}
+
+LRESULT CWnd::Default() {
+    const CWndState::CRunning* const pRunning = m_pState->pRunning;
+    return pRunning != nullptr ? DefWindowProc(pRunning->nMessage, pRunning->wParam, pRunning->lParam) : 0;
+}
+
+void CWnd::PostNcDestroy() {}
+
+void CWnd::SetFont(const CFont& font, bool bRedraw) {
+    SendMessage(WM_SETFONT, std::bit_cast<WPARAM>(&font), bRedraw ? 1 : 0);
+}

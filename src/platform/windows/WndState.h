@@ -1,0 +1,141 @@
+#pragma once
+
+#include "platform/drawing/Picture.h"
+#include "platform/windows/Wnd.h"
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+class QEvent;
+class QFont;
+class QPalette;
+class QWidget;
+
+// The inside of the layer: what a CWnd keeps of its widget. For the .cpp files of this directory only.
+
+// Lets a widget go without pulling it away under an event that it is still handling: it is hidden at once and
+// deleted by the message loop.
+struct CWidgetRelease {
+    void operator()(QWidget* pWidget) const;
+};
+
+// What the toolkit's side may hold on to for longer than the object lives. Both are null once they are gone.
+struct CWndLink {
+    CWndState* pState = nullptr;
+    QWidget* pWidget = nullptr;
+
+    // The object, if this widget is still the one behind it.
+    CWndState* StateFor(const QWidget* pWanted) const { return pWidget == pWanted ? pState : nullptr; }
+};
+
+struct CControlParams {
+    const CString& strText;
+    DWORD dwStyle;
+    const RECT& rc;
+    CWnd* pParent;
+    int nId;
+};
+
+struct CWndState {
+    // A message whose handler is running.
+    struct CRunning {
+        UINT nMessage;
+        WPARAM wParam;
+        LPARAM lParam;
+        QEvent* pEvent;  // where it comes from, until the widget has had it
+        CRunning* pOuter;
+    };
+    struct CTimer {
+        UINT nId;
+        int nToolkitId;
+    };
+
+    explicit CWndState(CWnd& window);
+    ~CWndState();
+    CWndState(const CWndState&) = delete;
+    CWndState& operator=(const CWndState&) = delete;
+    CWndState(CWndState&&) = delete;
+    CWndState& operator=(CWndState&&) = delete;
+
+    static CWndState& Of(const CWnd& window) { return *window.m_pState; }
+    // The object behind a widget or behind the nearest of its parents that has one.
+    static CWnd* Find(const QWidget* pWidget);
+
+    // Takes the widget into use: parent, place, events. False, and the widget is gone, if a control has no
+    // parent with a window or WM_CREATE was answered with -1.
+    bool Attach(std::unique_ptr<QWidget> pNew, const CControlParams& params);
+    // Lets the widget go, and those of the children, without messages.
+    void Detach();
+    bool IsTopLevel() const;
+
+    LRESULT Dispatch(UINT nMessage, WPARAM wParam, LPARAM lParam, QEvent* pSource);
+    // Hands the event of the running message to the widget, once; false if it comes from none.
+    bool DeliverEvent(UINT nMessage);
+    void NotifyParent(UINT nCode);
+
+    void SetClientSize(int cx, int cy);
+    void SendDuePaint();
+    void ApplyPendingText();
+
+    CWnd& wnd;
+    const std::thread::id threadId = std::this_thread::get_id();
+    const std::shared_ptr<CWndLink> pLink = std::make_shared<CWndLink>();
+    std::unique_ptr<QWidget, CWidgetRelease> pWidget;
+    CWnd* pParent = nullptr;
+    std::vector<CWnd*> children;  // in the order of their creation
+    int nId = 0;
+    bool bDestroying = false;
+    bool bPaintDue = false;
+    CRunning* pRunning = nullptr;
+    std::vector<CTimer> timers;
+
+    int nWidth = 0;
+    int nHeight = 0;
+    CPicture picture;
+
+    mutable std::mutex textLock;  // guards strText, for the length of a copy
+    CString strText;
+    std::atomic<bool> bTextPending = false;
+};
+
+// Turns the events of a widget into messages of its window.
+void InstallEventBridge(CWndState& state);
+
+// The widget of a window of its own: it shows the window's picture.
+std::unique_ptr<QWidget> MakeFrameWidget(CWndState& state);
+// Copies what is marked in the window's picture to its widget now.
+void FlushPicture(CWndState& state);
+
+// A widget's text is its title, label or content, whichever it has.
+void SetWidgetText(QWidget& widget, const CString& strText);
+
+QFont ToToolkitFont(const CFont& font);
+// Fills the table behind GetSysColor from a palette.
+void ReadSystemColors(const QPalette& palette);
+
+// The modal boxes that are open and have no CWnd: each goes with its owner, or with the end of the
+// application.
+class CModalBox {
+public:
+    CModalBox(const CWnd* pOwner, std::function<void()> fnEnd);
+    ~CModalBox();
+    CModalBox(const CModalBox&) = delete;
+    CModalBox& operator=(const CModalBox&) = delete;
+    CModalBox(CModalBox&&) = delete;
+    CModalBox& operator=(CModalBox&&) = delete;
+
+    static void EndAllOf(const CWnd& owner);
+    static void EndAll();
+
+private:
+    const CWnd* const m_pOwner;
+    const std::function<void()> m_fnEnd;
+    CModalBox* const m_pOuter;
+};
+
+// Centres a window on its owner, or on the screen if that has none to show; it stays on the screen.
+void CenterWidget(QWidget& widget, const CWnd* pOwner);

@@ -1,0 +1,62 @@
+#include "platform/drawing/Font.h"
+#include "platform/windows/WndState.h"
+
+#include <QtGui/QFont>
+#include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QGroupBox>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+
+void SetWidgetText(QWidget& widget, const CString& strText) {
+    const QString text = QString::fromStdString(strText);
+    if (auto* const pLabel = qobject_cast<QLabel*>(&widget)) {
+        pLabel->setText(text);
+    } else if (auto* const pButton = qobject_cast<QAbstractButton*>(&widget)) {
+        pButton->setText(text);
+    } else if (auto* const pGroup = qobject_cast<QGroupBox*>(&widget)) {
+        pGroup->setTitle(text);
+    } else if (auto* const pEdit = qobject_cast<QLineEdit*>(&widget)) {
+        pEdit->setText(text);
+    } else {
+        widget.setWindowTitle(text);
+    }
+}
+
+QFont ToToolkitFont(const CFont& font) {
+    QStringList families;
+    for (const CString& strFamily : font.GetFamilies()) {
+        families.append(QString::fromStdString(strFamily));
+    }
+    QFont result;
+    result.setFamilies(families);
+    result.setPixelSize(font.GetPixelSize());
+    return result;
+}
+
+void CWnd::SetWindowText(const CString& strText) {
+    CWndState& state = *m_pState;
+    {
+        const std::lock_guard lock(state.textLock);
+        state.strText = strText;
+    }
+    if (std::this_thread::get_id() != state.threadId) {
+        state.bTextPending = true;
+        return;
+    }
+    state.bTextPending = false;
+    if (state.pWidget) {
+        SetWidgetText(*state.pWidget, strText);
+    }
+}
+
+CString CWnd::GetWindowText() const {
+    const CWndState& state = *m_pState;
+    // What the user has typed stands in the widget alone.
+    if (std::this_thread::get_id() == state.threadId) {
+        if (const auto* const pEdit = qobject_cast<const QLineEdit*>(state.pWidget.get())) {
+            return pEdit->text().toStdString();
+        }
+    }
+    const std::lock_guard lock(state.textLock);
+    return state.strText;
+}
