@@ -94,7 +94,7 @@ Pixel Stretch(Pixel pixel, const ChannelMasks& masks) {
 
 QImage ReadPicture(const CString& strFile, std::optional<ChannelMasks>& masks) {
     QFile file(QString::fromStdString(strFile));
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (strFile.empty() || !file.open(QIODevice::ReadOnly)) {
         return {};
     }
     const std::optional<Header> header = ReadHeader(file);

@@ -10,8 +10,9 @@
 // form, but holds only black (bit 0) and white (bit 1).
 class CSurface {
 public:
-    // More than any screen has, and few enough that a size in bytes never overflows.
-    static constexpr std::int64_t s_nMaxPixels = std::int64_t{1} << 26;
+    // 4096 by 4096: far more than any picture here, and little enough that a file that lies can take no
+    // harmful amount.
+    static constexpr std::int64_t s_nMaxPixels = std::int64_t{1} << 24;
 
     // All pixels start black. False, and the surface is empty, if a side is below 1 or there is no room.
     bool Create(int cx, int cy, bool bMonochrome);

@@ -1,0 +1,216 @@
+#include "platform/drawing/MemoryDc.h"
+#include "platform/drawing/Pen.h"
+#include "platform/drawing/Picture.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstring>
+#include <mutex>
+#include <thread>
+
+namespace {
+
+constexpr int g_cx = 60;
+constexpr int g_cy = 40;
+
+bool IsCovered(const CPicture::Dirty& dirty, int x, int y) {
+    for (std::size_t i = 0; i < dirty.nCount; ++i) {
+        if (PtInRect(dirty.rects[i], {x, y})) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void DrawSomething(CDC& dc, const CDC& dcOther, std::mt19937& random) {
+    const int x = RandomInt(random, -10, g_cx + 5);
+    const int y = RandomInt(random, -10, g_cy + 5);
+    const int cx = RandomInt(random, -2, 20);
+    const int cy = RandomInt(random, -2, 20);
+    const int xSrc = RandomInt(random, -5, 20);
+    const int ySrc = RandomInt(random, -5, 20);
+    CPen pen(PS_SOLID, RandomInt(random, 1, 6), RandomColor(random));
+    CPen* pPrevious = nullptr;
+    switch (random() % 7) {
+        case 0:
+            dc.FillSolidRect(x, y, cx, cy, RandomColor(random));
+            break;
+        case 1:
+            dc.BitBlt(x, y, cx, cy, &dcOther, xSrc, ySrc,
+                      std::array{SRCCOPY, SRCAND, SRCINVERT, DSNA}[random() % 4]);
+            break;
+        case 2:
+            dc.BitBlt(x, y, cx, cy, &dc, xSrc, ySrc, SRCCOPY);
+            break;
+        case 3:
+            dc.SetPixel(x, y, RandomColor(random));
+            break;
+        case 4:
+            dc.DrawEdge({x, y, x + cx, y + cy}, EDGE_SUNKEN, BF_RECT);
+            break;
+        case 5:
+            pPrevious = dc.SelectObject(&pen);
+            dc.MoveTo(x, y);
+            dc.LineTo(xSrc, ySrc);
+            dc.SelectObject(pPrevious);
+            break;
+        default:
+            dc.PatBlt(x, y, cx, cy, PATCOPY);
+            break;
+    }
+}
+
+TEST(Picture, EveryChangedPixelIsMarked) {
+    std::mt19937 random(7);
+    CPicture picture;
+    ASSERT_TRUE(picture.Create(g_cx, g_cy, 0xC0C0C0));
+    picture.TakeDirty();
+    CDC dc;
+    dc.AttachPicture(&picture);
+    MemoryDc other(20, 20);
+    for (int nRound = 0; nRound < 3000; ++nRound) {
+        Scribble(other.dc, {4, 20}, random);
+        const std::vector<COLORREF> before = ReadAll(dc, {g_cx, g_cy});
+        const int nDraws = RandomInt(random, 1, 40);
+        for (int i = 0; i < nDraws; ++i) {
+            DrawSomething(dc, other.dc, random);
+        }
+        const std::vector<COLORREF> after = ReadAll(dc, {g_cx, g_cy});
+        const CPicture::Dirty dirty = picture.TakeDirty();
+        ASSERT_FALSE(picture.IsDirty());
+        for (std::size_t i = 0; i < dirty.nCount; ++i) {
+            const RECT& rc = dirty.rects[i];
+            ASSERT_TRUE(!rc.IsEmpty() && rc.left >= 0 && rc.top >= 0 && rc.right <= g_cx &&
+                        rc.bottom <= g_cy);
+        }
+        for (int y = 0; y < g_cy; ++y) {
+            for (int x = 0; x < g_cx; ++x) {
+                const auto n = static_cast<std::size_t>(y * g_cx + x);
+                ASSERT_TRUE(before[n] == after[n] || IsCovered(dirty, x, y)) << x << "," << y;
+            }
+        }
+    }
+}
+
+TEST(Picture, MarksNoMoreThanWasDrawn) {
+    CPicture picture;
+    ASSERT_TRUE(picture.Create(g_cx, g_cy, 0));
+    CPicture::Dirty dirty = picture.TakeDirty();
+    ASSERT_EQ(dirty.nCount, 1U) << "a new picture is to be shown whole";
+    EXPECT_EQ(dirty.rects[0], (RECT{0, 0, g_cx, g_cy}));
+
+    CDC dc;
+    dc.AttachPicture(&picture);
+    MemoryDc other(10, 10);
+    dc.BitBlt(-3, 5, 100, 4, &other.dc, 1, 0, SRCCOPY);
+    dc.FillSolidRect(50, 30, 30, 5, 0xFF);
+    dc.FillSolidRect(200, 30, 30, 5, 0xFF);
+    dc.GetPixel(0, 0);
+    other.dc.BitBlt(0, 0, 10, 10, &dc, 0, 0, SRCCOPY);
+    dirty = picture.TakeDirty();
+    ASSERT_EQ(dirty.nCount, 2U);
+    EXPECT_EQ(dirty.rects[0], (RECT{0, 5, 6, 9}));
+    EXPECT_EQ(dirty.rects[1], (RECT{50, 30, 60, 35}));
+
+    // Runs of neighbours become one; what lies apart stays apart as long as there is room.
+    for (int x = 0; x < 30; ++x) {
+        dc.SetPixel(x, 3, 0xFF);
+        dc.SetPixel(2 * x, 20, 0xFF);
+    }
+    dirty = picture.TakeDirty();
+    EXPECT_EQ(dirty.nCount, CPicture::s_nMaxDirty);
+    EXPECT_TRUE(IsCovered(dirty, 29, 3));
+    EXPECT_TRUE(IsCovered(dirty, 58, 20));
+    EXPECT_FALSE(IsCovered(dirty, 0, 10)) << "merging takes what lies near";
+}
+
+TEST(Picture, WithoutSizeIsHarmless) {
+    CPicture picture;
+    CDC dc;
+    dc.AttachPicture(&picture);
+    EXPECT_EQ(dc.GetDeviceCaps(RASTERCAPS), RC_BITBLT);
+    dc.FillSolidRect(0, 0, 10, 10, 0xFF);
+    dc.SetPixel(0, 0, 0xFF);
+    dc.LineTo(5, 5);
+    dc.DrawEdge({0, 0, 9, 9}, EDGE_SUNKEN, BF_RECT);
+    EXPECT_FALSE(picture.IsDirty());
+    EXPECT_FALSE(picture.Create(0, 5, 0));
+    EXPECT_TRUE(picture.Create(3, 5, 0x00FF00));
+    EXPECT_EQ(dc.GetPixel(2, 4), 0x00FF00U) << "a context follows its picture's new size";
+    EXPECT_EQ(picture.GetSurface().GetRow(0)[0], 0xFF00FF00U);
+    CBitmap bitmap;
+    EXPECT_EQ(dc.SelectObject(&bitmap), nullptr) << "a window's context keeps its picture";
+    EXPECT_EQ(dc.GetPixel(2, 4), 0x00FF00U);
+    dc.AttachPicture(nullptr);
+    EXPECT_EQ(dc.GetPixel(2, 4), CLR_INVALID);
+}
+
+// A pixel is ready to be shown whatever drew it: the top byte is always full.
+TEST(Picture, KeepsItsPixelsOpaque) {
+    std::mt19937 random(11);
+    CPicture picture;
+    ASSERT_TRUE(picture.Create(g_cx, g_cy, 0x123456));
+    CDC dc;
+    dc.AttachPicture(&picture);
+    MemoryDc other(20, 20);
+    for (int i = 0; i < 2000; ++i) {
+        DrawSomething(dc, other.dc, random);
+        dc.FillSolidRect(RandomInt(random, 0, g_cx), RandomInt(random, 0, g_cy), 2, 2,
+                         0xAB000000 | RandomColor(random));
+    }
+    for (int y = 0; y < g_cy; ++y) {
+        for (int x = 0; x < g_cx; ++x) {
+            ASSERT_EQ(picture.GetSurface().GetRow(y)[x] >> 24, 0xFFU);
+        }
+    }
+}
+
+// Two threads draw, a third one shows: under the lock each sees only whole draws, and what it was told to
+// show makes its copy the same as the picture.
+TEST(Picture, IsSharedByThreadsUnderItsLock) {
+    CPicture picture;
+    ASSERT_TRUE(picture.Create(g_cx, g_cy, 0));
+    std::atomic<int> nDone{0};
+    const auto draw = [&picture, &nDone](unsigned nSeed) {
+        std::mt19937 random(nSeed);
+        CDC dc;
+        dc.AttachPicture(&picture);
+        for (int i = 0; i < 3000; ++i) {
+            const std::lock_guard lock(picture.GetLock());
+            const COLORREF clr = RandomColor(random);
+            dc.FillSolidRect(0, 0, 10, 10, clr);
+            dc.FillSolidRect(40, 20, 10, 10, clr);
+            DrawSomething(dc, dc, random);
+            dc.BitBlt(0, 0, 10, 10, &dc, 40, 20, SRCCOPY);
+        }
+        ++nDone;
+    };
+    std::thread first(draw, 1);
+    std::thread second(draw, 2);
+    std::vector<Pixel> screen(static_cast<std::size_t>(g_cx * g_cy));
+    bool bAll = false;
+    while (!bAll) {
+        bAll = nDone == 2;
+        const std::lock_guard lock(picture.GetLock());
+        const CPicture::Dirty dirty = picture.TakeDirty();
+        for (std::size_t i = 0; i < dirty.nCount; ++i) {
+            const RECT& rc = dirty.rects[i];
+            for (int y = rc.top; y < rc.bottom; ++y) {
+                std::memcpy(&screen[static_cast<std::size_t>(y * g_cx + rc.left)],
+                            picture.GetSurface().GetRow(y) + rc.left,
+                            static_cast<std::size_t>(rc.Width()) * sizeof(Pixel));
+            }
+        }
+        for (int y = 0; y < 10; ++y) {
+            for (int x = 0; x < 10; ++x) {
+                ASSERT_EQ(picture.GetSurface().GetRow(y)[x], picture.GetSurface().GetRow(20 + y)[40 + x]);
+            }
+        }
+    }
+    first.join();
+    second.join();
+    EXPECT_EQ(0, std::memcmp(screen.data(), picture.GetSurface().GetRow(0), screen.size() * sizeof(Pixel)));
+}
+
+}  // namespace

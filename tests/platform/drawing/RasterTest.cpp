@@ -1,0 +1,240 @@
+#include "platform/drawing/Bitmap.h"
+#include "platform/drawing/Dc.h"
+#include "platform/drawing/MemoryDc.h"
+#include "platform/drawing/Pen.h"
+#include "platform/drawing/SysColors.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <string>
+
+namespace {
+
+constexpr COLORREF g_colorBits = 0xFFFFFF;
+
+COLORREF Combine(DWORD dwRop, COLORREF dst, COLORREF src) {
+    switch (dwRop) {
+        case SRCAND:
+            return dst & src;
+        case SRCINVERT:
+            return dst ^ src;
+        case 0x220326:
+            return dst & ~src & g_colorBits;
+        default:
+            return src;
+    }
+}
+
+// What BitBlt must do, one pixel at a time, from copies of both surfaces as they were.
+std::vector<COLORREF> Expect(const MemoryDc& dst, const RECT& rc, const MemoryDc& src, POINT ptSrc,
+                             DWORD dwRop) {
+    const SIZE sizeDst = dst.bitmap.GetSize();
+    const SIZE sizeSrc = src.bitmap.GetSize();
+    std::vector<COLORREF> result = ReadAll(dst.dc, sizeDst);
+    for (int i = 0; i < rc.Height(); ++i) {
+        for (int j = 0; j < rc.Width(); ++j) {
+            const POINT from{ptSrc.x + j, ptSrc.y + i};
+            const POINT to{rc.left + j, rc.top + i};
+            if (!PtInRect({0, 0, sizeSrc.cx, sizeSrc.cy}, from) ||
+                !PtInRect({0, 0, sizeDst.cx, sizeDst.cy}, to)) {
+                continue;
+            }
+            COLORREF pixel = src.dc.GetPixel(from.x, from.y);
+            const bool bToBit = dst.bitmap.GetSurface().IsMonochrome();
+            const bool bFromBit = src.bitmap.GetSurface().IsMonochrome();
+            if (bToBit && !bFromBit) {
+                pixel = pixel == src.dc.GetBkColor() ? 0xFFFFFF : 0;
+            } else if (bFromBit && !bToBit) {
+                pixel = pixel != 0 ? dst.dc.GetBkColor() : dst.dc.GetTextColor();
+            }
+            COLORREF& out = result[static_cast<std::size_t>(to.y * sizeDst.cx + to.x)];
+            out = Combine(dwRop, out, pixel);
+        }
+    }
+    return result;
+}
+
+TEST(BitBlt, DoesWhatEachPixelSaysOnAllSurfacesAndPlaces) {
+    std::mt19937 random(20261122);
+    for (int nRound = 0; nRound < 20000; ++nRound) {
+        MemoryDc first(RandomInt(random, 1, 12), RandomInt(random, 1, 9), random() % 3 == 0);
+        MemoryDc second(RandomInt(random, 1, 12), RandomInt(random, 1, 9), random() % 3 == 0);
+        Scribble(first.dc, first.bitmap.GetSize(), random);
+        Scribble(second.dc, second.bitmap.GetSize(), random);
+        for (MemoryDc* const p : {&first, &second}) {
+            p->dc.SetBkColor(RandomColor(random));
+            p->dc.SetTextColor(RandomColor(random));
+        }
+        // Every second round copies a surface onto itself, mostly overlapping.
+        MemoryDc& src = nRound % 2 == 0 ? second : first;
+        const int x = RandomInt(random, -6, 13);
+        const int y = RandomInt(random, -6, 10);
+        const RECT rc{x, y, x + RandomInt(random, -3, 14), y + RandomInt(random, -3, 12)};
+        const POINT ptSrc{RandomInt(random, -6, 13), RandomInt(random, -6, 10)};
+        const DWORD dwRop = std::array{SRCCOPY, SRCAND, SRCINVERT, DSNA}[random() % 4];
+
+        const std::vector<COLORREF> expected = Expect(first, rc, src, ptSrc, dwRop);
+        ASSERT_TRUE(first.dc.BitBlt(x, y, rc.Width(), rc.Height(), &src.dc, ptSrc.x, ptSrc.y, dwRop));
+        ASSERT_EQ(ReadAll(first.dc, first.bitmap.GetSize()), expected) << "round " << nRound;
+    }
+}
+
+TEST(BitBlt, StandsAbsurdPlacesAndSizes) {
+    MemoryDc dst(4, 3);
+    MemoryDc src(4, 3);
+    src.dc.FillSolidRect(0, 0, 4, 3, 0x010203);
+    for (const int n : {INT_MIN, INT_MIN + 1, -5, INT_MAX - 1, INT_MAX}) {
+        dst.dc.BitBlt(n, 0, 4, 3, &src.dc, 0, 0, SRCCOPY);
+        dst.dc.BitBlt(0, 0, n < 0 ? n : 0, 3, &src.dc, 0, 0, SRCCOPY);
+        dst.dc.FillSolidRect(n, n, 2, INT_MAX, 0);
+        dst.dc.PatBlt(5, 5, n, n, PATCOPY);
+        dst.dc.SetPixel(n, 0, 0x010203);
+        EXPECT_EQ(dst.dc.GetPixel(0, n), CLR_INVALID);
+    }
+    EXPECT_EQ(ReadAll(dst.dc, {4, 3}), ReadAll(MemoryDc(4, 3).dc, {4, 3}));
+    dst.dc.BitBlt(INT_MIN, INT_MIN, INT_MAX, INT_MAX, &src.dc, INT_MIN, INT_MIN, SRCCOPY);
+    dst.dc.BitBlt(0, 0, INT_MAX, INT_MAX, &src.dc, 0, 0, SRCCOPY);
+    EXPECT_EQ(ReadAll(dst.dc, {4, 3}), ReadAll(src.dc, {4, 3}));
+}
+
+TEST(BitBlt, RefusesWhatItDoesNotKnow) {
+    MemoryDc dst(2, 2);
+    MemoryDc src(2, 2);
+    src.dc.FillSolidRect(0, 0, 2, 2, 0xFFFFFF);
+    CDC dcEmpty;
+    CDC dcBare;
+    dcBare.CreateCompatibleDC(&src.dc);
+    EXPECT_FALSE(dst.dc.BitBlt(0, 0, 2, 2, &src.dc, 0, 0, 0x12345678));
+    EXPECT_FALSE(dst.dc.BitBlt(0, 0, 2, 2, nullptr, 0, 0, SRCCOPY));
+    EXPECT_FALSE(dst.dc.BitBlt(0, 0, 2, 2, &dcBare, 0, 0, SRCCOPY));
+    EXPECT_FALSE(dcEmpty.BitBlt(0, 0, 2, 2, &src.dc, 0, 0, SRCCOPY));
+    EXPECT_EQ(dst.dc.GetPixel(1, 1), 0U);
+
+    src.bitmap.DeleteObject();
+    EXPECT_EQ(src.dc.GetPixel(0, 0), CLR_INVALID) << "a deleted bitmap that is still selected has no pixels";
+    dst.dc.BitBlt(0, 0, 2, 2, &src.dc, 0, 0, SRCCOPY);
+    EXPECT_EQ(dst.dc.GetPixel(1, 1), 0U);
+}
+
+TEST(Fill, PaintsItsRectangleAndKeepsTheBackgroundColour) {
+    MemoryDc mem(5, 4);
+    mem.dc.FillSolidRect(1, 1, 2, 2, 0x112233);
+    EXPECT_EQ(mem.dc.GetBkColor(), 0x112233U);
+    mem.dc.FillSolidRect({4, -3, 9, 2}, 0x445566);
+    const COLORREF a = 0x112233;
+    const COLORREF b = 0x445566;
+    const std::vector<COLORREF> expected{0, 0, 0, 0, b, 0, a, a, 0, b, 0, a, a, 0, 0, 0, 0, 0, 0, 0};
+    EXPECT_EQ(ReadAll(mem.dc, {5, 4}), expected);
+
+    for (const SIZE size : {SIZE{0, 3}, SIZE{3, 0}, SIZE{-2, 3}, SIZE{3, -2}}) {
+        mem.dc.FillSolidRect(2, 2, size.cx, size.cy, 0x778899);
+        mem.dc.FillSolidRect({2, 2, 2 + size.cx, 2 + size.cy}, 0x778899);
+        mem.dc.PatBlt(2, 2, size.cx, size.cy, PATCOPY);
+        EXPECT_EQ(mem.dc.SetBkColor(0), 0x778899U);
+    }
+    EXPECT_EQ(ReadAll(mem.dc, {5, 4}), expected);
+}
+
+TEST(Fill, PatBltTakesTheStockBrush) {
+    MemoryDc mem(3, 2);
+    EXPECT_TRUE(mem.dc.PatBlt(0, 0, 3, 1, PATCOPY)) << "a new context has a white brush";
+    EXPECT_EQ(mem.dc.GetPixel(2, 0), 0xFFFFFFU);
+    EXPECT_EQ(mem.dc.GetPixel(2, 1), 0U);
+    EXPECT_TRUE(mem.dc.SelectStockObject(BLACK_BRUSH));
+    EXPECT_TRUE(mem.dc.PatBlt(0, 0, 2, 2, PATCOPY));
+    EXPECT_EQ(mem.dc.GetPixel(1, 0), 0U);
+    EXPECT_TRUE(mem.dc.SelectStockObject(WHITE_BRUSH));
+    EXPECT_TRUE(mem.dc.PatBlt(0, 1, 3, 1, PATCOPY));
+    EXPECT_EQ(mem.dc.GetPixel(0, 1), 0xFFFFFFU);
+    EXPECT_FALSE(mem.dc.SelectStockObject(5));
+    EXPECT_FALSE(mem.dc.PatBlt(0, 0, 3, 2, SRCCOPY));
+}
+
+TEST(DeviceContext, StartsLivesAndEnds) {
+    CDC dc;
+    EXPECT_EQ(dc.GetDeviceCaps(RASTERCAPS), 0);
+    CBitmap bitmap;
+    EXPECT_FALSE(bitmap.CreateCompatibleBitmap(&dc, 3, 3));
+    CDC dcSecond;
+    EXPECT_FALSE(dcSecond.CreateCompatibleDC(&dc));
+
+    ASSERT_TRUE(dc.CreateCompatibleDC(nullptr));
+    EXPECT_EQ(dc.GetDeviceCaps(RASTERCAPS) & RC_BITBLT, RC_BITBLT);
+    EXPECT_FALSE(bitmap.CreateCompatibleBitmap(&dc, 0, 3));
+    EXPECT_FALSE(bitmap.CreateCompatibleBitmap(&dc, 3, -3));
+    EXPECT_FALSE(bitmap.CreateCompatibleBitmap(&dc, INT_MAX, INT_MAX));
+    EXPECT_FALSE(bitmap.CreateBitmap(3, 3, 1, 8, nullptr));
+    ASSERT_TRUE(bitmap.CreateCompatibleBitmap(&dc, 3, 2));
+    CBitmap other;
+    EXPECT_EQ(dc.SelectObject(&bitmap), nullptr);
+    EXPECT_EQ(dc.SelectObject(&other), &bitmap);
+    EXPECT_EQ(dc.SelectObject(&bitmap), &other);
+
+    EXPECT_EQ(dc.SetBkMode(TRANSPARENT), OPAQUE);
+    EXPECT_EQ(dc.SetBkMode(OPAQUE), TRANSPARENT);
+    EXPECT_EQ(dc.SetTextColor(0x123456), 0U);
+    EXPECT_EQ(dc.SetTextColor(0), 0x123456U);
+    EXPECT_EQ(dc.SetBkColor(0xABCDEF), 0xFFFFFFU);
+    EXPECT_EQ(dc.SetBkColor(0), 0xABCDEFU);
+
+    CPen pen(PS_SOLID, 3, 0xFF);
+    CPen* const pStock = dc.SelectObject(&pen);
+    ASSERT_NE(pStock, nullptr);
+    EXPECT_EQ(dc.SelectObject(pStock), &pen);
+    EXPECT_EQ(pStock->GetColor(), 0U);
+    dc.SelectStockObject(WHITE_PEN);
+    EXPECT_EQ(dc.SelectObject(&pen)->GetColor(), 0xFFFFFFU);
+
+    EXPECT_TRUE(dc.DeleteDC());
+    EXPECT_FALSE(dc.DeleteDC());
+    EXPECT_EQ(dc.GetPixel(0, 0), CLR_INVALID);
+}
+
+TEST(DrawEdge, IsTwoRingsInTheColoursOfTheDesktop) {
+    const COLORREF clrShadow = GetSysColor(COLOR_BTNSHADOW);
+    SetSysColor(COLOR_BTNSHADOW, 0x111111);
+    MemoryDc mem(9, 7);
+    mem.dc.FillSolidRect(0, 0, 9, 7, 0x777777);
+    EXPECT_TRUE(mem.dc.DrawEdge({1, 1, 8, 6}, EDGE_SUNKEN, BF_RECT));
+    SetSysColor(COLOR_BTNSHADOW, clrShadow);
+
+    // s shadow, h highlight, d dark shadow, l light; the lower left and upper right corners are light.
+    const std::string expected =
+        "........."
+        ".ssssssh."
+        ".sddddlh."
+        ".sd...lh."
+        ".slllllh."
+        ".hhhhhhh."
+        ".........";
+    std::string drawn;
+    for (const COLORREF clr : ReadAll(mem.dc, {9, 7})) {
+        drawn += clr == 0x777777   ? '.'
+                 : clr == 0x111111 ? 's'
+                 : clr == 0xFFFFFF ? 'h'
+                 : clr == 0x000000 ? 'd'
+                 : clr == 0xDFDFDF ? 'l'
+                                   : '?';
+    }
+    EXPECT_EQ(drawn, expected);
+    EXPECT_FALSE(mem.dc.DrawEdge({1, 1, 8, 6}, 0x05, BF_RECT));
+    mem.dc.FillSolidRect(0, 0, 9, 7, 0x777777);
+    mem.dc.DrawEdge({5, 5, 3, 3}, EDGE_SUNKEN, BF_RECT);
+    mem.dc.DrawEdge({2, 2, 2, 5}, EDGE_SUNKEN, BF_RECT);
+    EXPECT_EQ(ReadAll(mem.dc, {9, 7}), std::vector<COLORREF>(63, 0x777777))
+        << "an empty rectangle has no edge";
+}
+
+TEST(SysColors, AreATableWithEnds) {
+    EXPECT_EQ(GetSysColor(-1), 0U);
+    EXPECT_EQ(GetSysColor(31), 0U);
+    SetSysColor(31, 0x123456);
+    SetSysColor(-1, 0x123456);
+    const COLORREF clrFace = GetSysColor(COLOR_BTNFACE);
+    SetSysColor(COLOR_BTNFACE, 0xFF123456);
+    EXPECT_EQ(GetSysColor(COLOR_BTNFACE), 0x123456U);
+    SetSysColor(COLOR_BTNFACE, clrFace);
+}
+
+}  // namespace
