@@ -53,8 +53,9 @@ public:
     void ShowWindow(int nCmdShow);
     // Sends WM_PAINT at once if a paint is due, and brings the picture to the screen.
     void UpdateWindow();
-    // Makes a paint due: WM_PAINT comes with the next refresh. What is on the screen stays until then.
-    void Invalidate();
+    // Makes a paint due: WM_PAINT comes with the next refresh. The rectangle of the picture (null: all of it)
+    // is brought to the screen then, in the face colour if bErase is set and nobody paints over it.
+    void InvalidateRect(const RECT* prc, bool bErase);
     bool IsWindowVisible() const;
     bool IsIconic() const;
 

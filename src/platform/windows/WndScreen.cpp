@@ -113,15 +113,9 @@ private:
 
     void OnPaletteChange() {
         ReadSystemColors(palette());
-        CWndState* const pState = m_pLink->StateFor(this);
-        if (pState == nullptr) {
-            return;
+        if (CWndState* const pState = m_pLink->StateFor(this)) {
+            pState->wnd.InvalidateRect(nullptr, true);
         }
-        const std::lock_guard lock(pState->picture.GetLock());
-        CDC dc;
-        dc.AttachPicture(&pState->picture);
-        dc.FillSolidRect(0, 0, pState->nWidth, pState->nHeight, GetSysColor(COLOR_BTNFACE));
-        pState->bPaintDue = true;
     }
 
     void CopyFrom(const CSurface& surface, const RECT& rc) {
@@ -155,8 +149,18 @@ void CWnd::UpdateWindow() {
     }
 }
 
-void CWnd::Invalidate() {
-    m_pState->bPaintDue = true;
+void CWnd::InvalidateRect(const RECT* prc, bool bErase) {
+    CWndState& state = *m_pState;
+    state.bPaintDue = true;
+    const RECT rc = prc != nullptr ? *prc : RECT{0, 0, state.nWidth, state.nHeight};
+    const std::lock_guard lock(state.picture.GetLock());
+    if (!bErase) {
+        state.picture.MarkDirty(rc);
+        return;
+    }
+    CDC dc;
+    dc.AttachPicture(&state.picture);
+    dc.FillSolidRect(rc, GetSysColor(COLOR_BTNFACE));
 }
 
 CPicture& CWnd::GetPicture() const {
