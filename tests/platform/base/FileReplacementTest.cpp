@@ -1,0 +1,245 @@
+#include "platform/base/FileReplacement.h"
+#include "support/ScratchDirectory.h"
+#include "support/Subprocess.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <thread>
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+
+bool Replace(const CString& strPath, std::string_view strContent) {
+    CFileReplacement replacement;
+    return replacement.Prepare(strPath, strContent) && replacement.Commit();
+}
+
+bool ReplaceAndKeep(const CString& strPath, std::string_view strContent) {
+    CFileReplacement replacement;
+    return replacement.Prepare(strPath, strContent) && replacement.KeepOld(".rejected") &&
+           replacement.Commit();
+}
+
+mode_t ModeOf(const CString& strPath) {
+    struct stat status = {};
+    return ::stat(strPath.c_str(), &status) == 0 ? status.st_mode & 07777U : 0;
+}
+
+TEST(FileReplacement, PutsTheNewContentInPlaceAndLeavesNothingElse) {
+    const CScratchDirectory directory;
+    EXPECT_TRUE(Replace(directory.Path("state.txt"), "first, and longer"));
+    EXPECT_EQ(directory.Read("state.txt"), "first, and longer");
+    EXPECT_TRUE(Replace(directory.Path("state.txt"), "second"));
+    EXPECT_EQ(directory.Read("state.txt"), "second");
+    EXPECT_TRUE(Replace(directory.Path("state.txt"), ""));
+    EXPECT_EQ(fs::file_size(directory.Path("state.txt")), 0U);
+    EXPECT_THAT(directory.Names(), ElementsAre("state.txt"));
+}
+
+TEST(FileReplacement, ChangesNothingUntilCommit) {
+    const CScratchDirectory directory;
+    directory.Write("state.txt", "old");
+    {
+        CFileReplacement replacement;
+        EXPECT_FALSE(replacement.Commit()) << "nothing was prepared";
+        ASSERT_TRUE(replacement.Prepare(directory.Path("state.txt"), "new"));
+        EXPECT_EQ(directory.Read("state.txt"), "old");
+    }
+    EXPECT_EQ(directory.Read("state.txt"), "old");
+    EXPECT_THAT(directory.Names(), ElementsAre("state.txt"));
+}
+
+TEST(FileReplacement, KeepsTheModeAndGivesNewFilesThatOfTheProcess) {
+    const CScratchDirectory directory;
+    const mode_t before = ::umask(027);
+    EXPECT_TRUE(Replace(directory.Path("new"), "x"));
+    ::umask(before);
+    EXPECT_EQ(ModeOf(directory.Path("new")), 0640U);
+    for (const mode_t mode : {0600U, 0644U, 0666U}) {
+        ASSERT_EQ(::chmod(directory.Path("new").c_str(), mode), 0);
+        EXPECT_TRUE(Replace(directory.Path("new"), "y"));
+        EXPECT_EQ(ModeOf(directory.Path("new")), mode);
+    }
+}
+
+TEST(FileReplacement, ReplacesWhatALinkLeadsTo) {
+    const CScratchDirectory directory;
+    fs::create_directory(directory.Path("elsewhere"));
+    directory.Write("elsewhere/target", "old");
+    fs::create_symlink("second", directory.Path("first"));
+    fs::create_symlink("elsewhere/target", directory.Path("second"));
+    EXPECT_TRUE(Replace(directory.Path("first"), "new"));
+    EXPECT_TRUE(fs::is_symlink(directory.Path("first")));
+    EXPECT_TRUE(fs::is_symlink(directory.Path("second")));
+    EXPECT_EQ(directory.Read("elsewhere/target"), "new");
+
+    fs::create_symlink(directory.Path("elsewhere/later"), directory.Path("dangling"));
+    EXPECT_TRUE(Replace(directory.Path("dangling"), "made"));
+    EXPECT_EQ(directory.Read("elsewhere/later"), "made");
+
+    fs::create_symlink("circle", directory.Path("circle"));
+    EXPECT_FALSE(Replace(directory.Path("circle"), "never"));
+    EXPECT_THAT(directory.Names(), ElementsAre("circle", "dangling", "elsewhere", "first", "second"));
+}
+
+TEST(FileReplacement, LeavesAloneWhatIsNoPlainFile) {
+    const CScratchDirectory directory;
+    fs::create_directory(directory.Path("state.txt"));
+    ASSERT_EQ(::mkfifo(directory.Path("pipe").c_str(), 0600), 0);
+    fs::create_symlink("pipe", directory.Path("link"));
+    for (const char* szName : {"state.txt", "pipe", "link", "missing/state.txt"}) {
+        EXPECT_FALSE(Replace(directory.Path(szName), "new")) << szName;
+    }
+    EXPECT_TRUE(fs::is_fifo(directory.Path("pipe")));
+    EXPECT_THAT(directory.Names(), ElementsAre("link", "pipe", "state.txt"));
+}
+
+TEST(FileReplacement, RespectsWhatMayNotBeWritten) {
+    const CScratchDirectory directory;
+    directory.Write("frozen", "old");
+    ASSERT_EQ(::chmod(directory.Path("frozen").c_str(), 0444), 0);
+    ASSERT_EQ(::chmod(directory.Path().c_str(), 0777), 0);
+    EXPECT_EQ(RunAsNobody([&] { return Replace(directory.Path("frozen"), "new") ? 1 : 0; }), 0);
+    EXPECT_EQ(RunAsNobody([&] { return Replace(directory.Path("mine"), "new") ? 0 : 1; }), 0);
+    ASSERT_EQ(::chmod(directory.Path().c_str(), 0555), 0);
+    EXPECT_EQ(RunAsNobody([&] { return Replace(directory.Path("mine"), "newer") ? 1 : 0; }), 0);
+    ASSERT_EQ(::chmod(directory.Path().c_str(), 0755), 0);
+    EXPECT_EQ(directory.Read("frozen"), "old");
+    EXPECT_EQ(directory.Read("mine"), "new");
+    EXPECT_THAT(directory.Names(), ElementsAre("frozen", "mine"));
+}
+
+TEST(FileReplacement, AFullDiskCostsNothing) {
+    const CScratchDirectory directory;
+    directory.Write("state.txt", "old");
+    const int nCode = RunInChild([&] {
+        constexpr rlim_t ROOM = 4096;
+        const rlimit limit{ROOM, ROOM};
+        ::signal(SIGXFSZ, SIG_IGN);
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        const bool bFits = Replace(directory.Path("other"), CString(ROOM, 'x'));
+        return bFits && !Replace(directory.Path("state.txt"), CString(ROOM + 1, 'x')) ? 0 : 1;
+    });
+    EXPECT_EQ(nCode, 0);
+    EXPECT_EQ(directory.Read("state.txt"), "old");
+    EXPECT_THAT(directory.Names(), ElementsAre("other", "state.txt"));
+}
+
+TEST(FileReplacement, AKilledWriterLeavesAWholeFile) {
+    constexpr int KILLS = 40;
+    constexpr std::size_t SIZE = 1000000;
+    const CScratchDirectory directory;
+    const CString strPath = directory.Path("state.txt");
+    ASSERT_TRUE(Replace(strPath, CString(SIZE, 'a')));
+    int nCaughtInTheAct = 0;
+    for (int i = 0; i < KILLS; ++i) {
+        const pid_t nChild = ::fork();
+        ASSERT_GE(nChild, 0);
+        if (nChild == 0) {
+            for (int nRound = 0; nRound < 1000; ++nRound) {
+                Replace(strPath, CString(SIZE, static_cast<char>('a' + nRound % 26)));
+            }
+            ::_exit(0);
+        }
+        std::this_thread::sleep_for(std::chrono::microseconds(1000 + 701 * i));
+        ::kill(nChild, SIGKILL);
+        ::waitpid(nChild, nullptr, 0);
+        const CString strContent = directory.Read("state.txt");
+        ASSERT_EQ(strContent.size(), SIZE);
+        ASSERT_EQ(strContent.find_first_not_of(strContent.front()), CString::npos);
+        for (const CString& strName : directory.Names()) {
+            if (strName != "state.txt") {
+                ++nCaughtInTheAct;
+                fs::remove(directory.Path(strName));
+            }
+        }
+    }
+    EXPECT_GT(nCaughtInTheAct, 0) << "no kill ever met a write, so nothing was shown";
+}
+
+TEST(FileReplacement, WritersAtTheSameTimeEachReplaceTheWholeFile) {
+    constexpr std::size_t SIZE = 100000;
+    constexpr int ROUNDS = 20;
+    const CScratchDirectory directory;
+    const CString strPath = directory.Path("state.txt");
+    ASSERT_TRUE(Replace(strPath, CString(SIZE, '-')));
+    std::atomic<int> nRunning = 3;
+    std::vector<std::thread> writers;
+    for (const char cFill : {'a', 'b', 'c'}) {
+        writers.emplace_back([&, cFill] {
+            for (int i = 0; i < ROUNDS; ++i) {
+                EXPECT_TRUE(Replace(strPath, CString(SIZE, cFill)));
+            }
+            --nRunning;
+        });
+    }
+    while (nRunning > 0) {
+        const CString strContent = directory.Read("state.txt");
+        EXPECT_EQ(strContent.size(), SIZE);
+        EXPECT_EQ(strContent.find_first_not_of(strContent.front()), CString::npos);
+    }
+    for (std::thread& writer : writers) {
+        writer.join();
+    }
+    EXPECT_THAT(directory.Names(), ElementsAre("state.txt"));
+}
+
+TEST(KeepOld, GivesTheOldFileANameThatNobodyHas) {
+    const CScratchDirectory directory;
+    EXPECT_TRUE(ReplaceAndKeep(directory.Path("state.txt"), "one")) << "there is nothing to keep";
+    EXPECT_TRUE(ReplaceAndKeep(directory.Path("state.txt"), "two"));
+    EXPECT_EQ(directory.Read("state.rejected.txt"), "one");
+    // Taken, if only by a link that leads nowhere.
+    fs::create_symlink("nowhere", directory.Path("state.rejected.2.txt"));
+    EXPECT_TRUE(ReplaceAndKeep(directory.Path("state.txt"), "three"));
+    EXPECT_EQ(directory.Read("state.rejected.txt"), "one");
+    EXPECT_EQ(directory.Read("state.rejected.3.txt"), "two");
+    EXPECT_EQ(directory.Read("state.txt"), "three");
+
+    directory.Write("plain", "p");
+    directory.Write(".hidden", "h");
+    EXPECT_TRUE(ReplaceAndKeep(directory.Path("plain"), ""));
+    EXPECT_TRUE(ReplaceAndKeep(directory.Path(".hidden"), ""));
+    EXPECT_THAT(directory.Names(),
+                ElementsAre(".hidden", ".hidden.rejected", "plain", "plain.rejected", "state.rejected.2.txt",
+                            "state.rejected.3.txt", "state.rejected.txt", "state.txt"));
+}
+
+TEST(KeepOld, IsDoneOnceWhenStoppedBeforeCommit) {
+    const CScratchDirectory directory;
+    directory.Write("state.txt", "old");
+    {
+        CFileReplacement replacement;
+        ASSERT_TRUE(replacement.Prepare(directory.Path("state.txt"), "new"));
+        ASSERT_TRUE(replacement.KeepOld(".rejected"));
+    }
+    EXPECT_EQ(directory.Read("state.txt"), "old") << "the old file keeps its name until the new one is there";
+    EXPECT_TRUE(ReplaceAndKeep(directory.Path("state.txt"), "new"));
+    EXPECT_EQ(directory.Read("state.rejected.txt"), "old");
+    EXPECT_THAT(directory.Names(), ElementsAre("state.rejected.txt", "state.txt"));
+}
+
+TEST(KeepOld, KeepsAlsoWhatCannotBeReadOrLinked) {
+    const CScratchDirectory directory;
+    ASSERT_EQ(::chmod(directory.Path().c_str(), 0777), 0);
+    directory.Write("state.txt", "unreadable");
+    ASSERT_EQ(::chmod(directory.Path("state.txt").c_str(), 0222), 0);
+    EXPECT_EQ(RunAsNobody([&] { return ReplaceAndKeep(directory.Path("state.txt"), "new") ? 0 : 1; }), 0);
+    ASSERT_EQ(::chmod(directory.Path("state.txt").c_str(), 0644), 0);
+    ASSERT_EQ(::chmod(directory.Path("state.rejected.txt").c_str(), 0644), 0);
+    EXPECT_EQ(directory.Read("state.txt"), "new");
+    EXPECT_EQ(directory.Read("state.rejected.txt"), "unreadable");
+}
+
+}  // namespace
