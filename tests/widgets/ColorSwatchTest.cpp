@@ -1,0 +1,86 @@
+#include "platform/drawing/Picture.h"
+#include "platform/windows/Messages.h"
+#include "platform/windows/Static.h"
+#include "platform/windows/WindowsSession.h"
+#include "widgets/ColorSwatch.h"
+
+#include <gtest/gtest.h>
+
+#include <mutex>
+
+namespace {
+
+constexpr int g_nId = 1006;
+
+// A control whose client area can be drawn into.
+class CDrawnStatic : public CStatic {
+public:
+    using CWnd::SetClientSize;
+};
+
+class ColorSwatch : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(m_parent.CreateEx(WS_CAPTION, "Colours", {0, 0, 200, 150}, nullptr, 0));
+        ASSERT_TRUE(m_control.Create("1", WS_CHILD | WS_VISIBLE, {20, 30, 45, 51}, &m_parent, g_nId));
+        m_control.SetClientSize(25, 21);
+    }
+
+    // What the control shows.
+    COLORREF At(int x, int y) const {
+        const std::lock_guard lock(m_control.GetPictureLock());
+        return ColorFromPixel(m_control.GetPicture().GetSurface().GetRow(y)[x]);
+    }
+
+    CWindowsSession m_session;
+    CWnd m_parent;
+    CDrawnStatic m_control;
+    CColorSwatch m_swatch;
+};
+
+TEST_F(ColorSwatch, IsBlackUntilItIsFilledAndShown) {
+    const COLORREF clrFace = At(12, 10);
+    m_swatch.Init(&m_parent, g_nId);
+    EXPECT_EQ(m_swatch.GetWidth(), 25);
+    EXPECT_EQ(m_swatch.GetHeight(), 21);
+    EXPECT_EQ(At(12, 10), clrFace) << "the control shows nothing yet";
+    m_swatch.Show();
+    EXPECT_EQ(At(0, 0), 0U);
+    EXPECT_EQ(At(24, 20), 0U);
+
+    m_swatch.FillRect(0, 0, m_swatch.GetWidth(), m_swatch.GetHeight(), 0xA00000);
+    EXPECT_EQ(At(12, 10), 0U) << "filling is not showing";
+    m_swatch.Show();
+    EXPECT_EQ(At(0, 0), 0xA00000U);
+    EXPECT_EQ(At(24, 20), 0xA00000U);
+}
+
+TEST_F(ColorSwatch, RepaintsTheWholeControl) {
+    m_swatch.Init(&m_parent, g_nId);
+    m_swatch.FillRect(5, 5, 100, 4, 0x008000);
+    {
+        const std::lock_guard lock(m_control.GetPictureLock());
+        m_control.GetPicture().TakeDirty();
+    }
+    m_swatch.Repaint();
+    EXPECT_EQ(At(5, 5), 0x008000U);
+    EXPECT_EQ(At(24, 8), 0x008000U);
+    EXPECT_EQ(At(24, 9), 0U);
+    EXPECT_EQ(At(4, 5), 0U);
+    const std::lock_guard lock(m_control.GetPictureLock());
+    EXPECT_EQ(m_control.GetPicture().TakeDirty().rects[0], (RECT{0, 0, 25, 21}));
+}
+
+TEST_F(ColorSwatch, WithoutItsControlIsHarmless) {
+    m_swatch.FillRect(0, 0, 5, 5, 0xFF);
+    m_swatch.Show();
+    m_swatch.Repaint();
+    m_swatch.Init(&m_parent, g_nId + 1);
+    m_swatch.FillRect(0, 0, 5, 5, 0xFF);
+    m_swatch.Show();
+    m_swatch.Repaint();
+    EXPECT_EQ(m_swatch.GetWidth(), 0);
+    EXPECT_EQ(m_swatch.GetHeight(), 0);
+}
+
+}  // namespace

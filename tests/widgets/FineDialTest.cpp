@@ -1,0 +1,351 @@
+#include "widgets/FineDial.h"
+#include "widgets/NeedleGeometry.h"
+#include "widgets/TestArtwork.h"
+#include "widgets/WidgetStage.h"
+#include "window/WorkingDirectory.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <climits>
+#include <cstdlib>
+#include <utility>
+
+namespace {
+
+using namespace TestArtwork;
+
+constexpr COLORREF WHITE = 0xFFFFFF;
+constexpr COLORREF NEEDLE = 0x2040A0;
+constexpr RECT DIAL = {250, 43, 490, 300};
+
+// The needle's ends as measured from the pivot (120, 270) on circles of radius 182 and 30, 0.6 degrees a
+// cent.
+struct NeedleRow {
+    int nCents;
+    POINT ptTip;
+    POINT ptBase;
+    int nStripX;
+};
+constexpr NeedleRow NEEDLES[] = {
+    {0, {120, 89}, {120, 241}, 110},  {1, {121, 89}, {120, 241}, 101},   {-1, {119, 89}, {120, 241}, 109},
+    {10, {139, 89}, {123, 241}, 119}, {-10, {101, 89}, {117, 241}, 91},  {25, {167, 95}, {127, 242}, 147},
+    {-25, {73, 95}, {113, 242}, 63},  {50, {211, 113}, {135, 245}, 191}, {-50, {30, 113}, {106, 245}, 20},
+};
+
+// A pixel belongs to a line 5 wide if its centre lies within 2.5 of the line.
+bool IsOnNeedle(const NeedleRow& row, int x, int y) {
+    const double dx = row.ptTip.x - row.ptBase.x;
+    const double dy = row.ptTip.y - row.ptBase.y;
+    const double px = x - row.ptBase.x;
+    const double py = y - row.ptBase.y;
+    const double dAlong = std::clamp((px * dx + py * dy) / (dx * dx + dy * dy), 0.0, 1.0);
+    const double ex = px - dAlong * dx;
+    const double ey = py - dAlong * dy;
+    return ex * ex + ey * ey <= 6.25;
+}
+
+class FineDialTest : public testing::Test {
+protected:
+    FineDialTest() {
+        Write(Glyphs::Boxes);
+        EXPECT_TRUE(m_dial.Create(&m_wnd));
+        m_dial.SetDigitColor(WHITE);
+        m_dial.SetColor(NEEDLE);
+        m_dial.SetNote(0);
+        m_dial.SetCents(0);
+    }
+
+    void DrawFull() {
+        m_wnd.Draw([this](CDC* pDc) { m_dial.Draw(pDc, true, false); });
+    }
+    void DrawFrame(int nSemitone, int nCents, bool bColorChanged = false) {
+        m_wnd.Draw([&](CDC* pDc) { Frame(pDc, nSemitone, nCents, bColorChanged); });
+    }
+    void Frame(CDC* pDc, int nSemitone, int nCents, bool bColorChanged = false) {
+        m_dial.SetCents(nCents);
+        m_dial.SetNote(nSemitone);
+        m_dial.Draw(pDc, false, bColorChanged);
+    }
+
+    // The run of a glyph's colour in the middle of the row of glyphs, in the dial's own columns.
+    void ExpectBox(int nLeft, int nEnd, COLORREF clr) const {
+        const int y = DIAL.top + 33;
+        EXPECT_EQ(m_wnd.GetPixel(DIAL.left + nLeft, y), clr);
+        EXPECT_EQ(m_wnd.RowRun(DIAL.left + nLeft, y), (CStageWnd::Run{DIAL.left + nLeft, DIAL.left + nEnd}));
+    }
+
+    CWorkingDirectory m_directory;
+    CStageWnd m_wnd;
+    CFineDial m_dial;
+};
+
+TEST(NeedleGeometry, EndsAndStripOfTheReferencePoints) {
+    for (const NeedleRow& row : NEEDLES) {
+        const NeedleGeometry needle = GetNeedleGeometry(row.nCents);
+        EXPECT_EQ(std::pair(needle.ptTip.x, needle.ptTip.y), std::pair(row.ptTip.x, row.ptTip.y))
+            << row.nCents;
+        EXPECT_EQ(std::pair(needle.ptBase.x, needle.ptBase.y), std::pair(row.ptBase.x, row.ptBase.y))
+            << row.nCents;
+        EXPECT_EQ(needle.nStripX, row.nStripX) << row.nCents;
+    }
+}
+
+TEST_F(FineDialTest, NamesEachSemitoneWithOneOrTwoGlyphs) {
+    struct Name {
+        int nLetter;
+        int nEnd;
+        int nAccidental = -1;
+        int nAccidentalEnd = 0;
+    };
+    // Letters: 0 A ... 6 G, 7 sharp, 8 flat. All names begin at column 22.
+    constexpr Name NAMES[12] = {{2, 52},        {2, 52, 7, 77}, {3, 51},        {4, 49, 8, 73},
+                                {4, 49},        {5, 46},        {5, 46, 7, 71}, {6, 52},
+                                {6, 52, 7, 77}, {0, 54},        {1, 50, 8, 74}, {1, 50}};
+    for (int i = 0; i < 12; ++i) {
+        SCOPED_TRACE(i);
+        const Name& name = NAMES[i];
+        m_dial.SetNote(i);
+        DrawFull();
+        ExpectBox(22, name.nEnd, LetterColor(name.nLetter));
+        if (name.nAccidental >= 0) {
+            ExpectBox(name.nEnd, name.nAccidentalEnd, LetterColor(name.nAccidental));
+        }
+        ExpectBox(name.nAccidental >= 0 ? name.nAccidentalEnd : name.nEnd, 119, WHITE);
+    }
+    EXPECT_EQ(m_wnd.ColumnRun(DIAL.left + 22, DIAL.top + 33), (CStageWnd::Run{63, 90}));
+
+    m_dial.SetNote(12);
+    DrawFull();
+    ExpectBox(2, 119, WHITE);
+    m_dial.SetNote(-1);
+    DrawFull();
+    ExpectBox(2, 119, WHITE);
+}
+
+TEST_F(FineDialTest, WritesTheCentsWithSignAndTwoDigits) {
+    struct Number {
+        int nCents;
+        bool bMinus;
+        int nTens;
+        int nOnes;
+        int nOnesEnd;
+    };
+    constexpr Number NUMBERS[] = {
+        {0, false, 0, 0, 194},   {7, false, 0, 7, 193},      {-7, true, 0, 7, 193},
+        {10, false, 1, 0, 194},  {-19, true, 1, 9, 193},     {23, false, 2, 3, 192},
+        {50, false, 5, 0, 194},  {-51, true, 5, 1, 192},     {99, false, 9, 9, 193},
+        {100, false, 9, 9, 193}, {INT_MIN, true, 9, 9, 193}, {INT_MAX, false, 9, 9, 193}};
+    for (const Number& number : NUMBERS) {
+        SCOPED_TRACE(number.nCents);
+        m_dial.SetCents(number.nCents);
+        DrawFull();
+        if (number.bMinus) {
+            ExpectBox(125, 138, DigitColor(MINUS));
+        } else {
+            ExpectBox(119, 141, DigitColor(PLUS));
+        }
+        // The ones begin at 168, over the last column of the widest tens.
+        if (number.nTens != number.nOnes) {
+            ExpectBox(143, number.nTens == 1 ? 167 : 168, DigitColor(number.nTens));
+            ExpectBox(168, number.nOnesEnd, DigitColor(number.nOnes));
+        } else {
+            ExpectBox(143, number.nOnesEnd, DigitColor(number.nOnes));
+        }
+        ExpectBox(195, 231, DigitColor(PERCENT));
+    }
+}
+
+TEST_F(FineDialTest, FullPictureOfEachNeedle) {
+    for (const NeedleRow& row : NEEDLES) {
+        SCOPED_TRACE(row.nCents);
+        m_dial.SetCents(row.nCents);
+        DrawFull();
+        EXPECT_TRUE(PixelsAre(m_wnd, DIAL, [&](int xWindow, int yWindow) -> COLORREF {
+            const int x = xWindow - DIAL.left;
+            const int y = yWindow - DIAL.top;
+            if (const COLORREF clrEdge = SunkenEdgeAt(DIAL, xWindow, yWindow); clrEdge != CLR_INVALID) {
+                return clrEdge;
+            }
+            if (IsHub(x - 91, y - 232)) {
+                return HUB_COLOR;
+            }
+            if (y >= 48 && IsOnNeedle(row, x, y)) {
+                return NEEDLE;
+            }
+            if (y >= 20 && y < 47 && x >= 22 && x < 231) {
+                return CLR_INVALID;  // glyphs
+            }
+            return y >= 59 && y < 128 ? LabelAt(x - 2, y - 59) : WHITE;
+        }));
+    }
+}
+
+// From one reading to the next: what goes to the window.
+TEST_F(FineDialTest, AFrameSendsWhatChanged) {
+    constexpr RECT NOTE = {270, 63, 330, 91};
+    constexpr RECT NUMERALS = {369, 63, 469, 91};
+    constexpr RECT NEEDLE_AREA = {252, 101, 488, 300};
+    DrawFull();
+    const auto frame = [this](int nSemitone, int nCents, bool bColorChanged) {
+        return [=, this](CDC* pDc) { Frame(pDc, nSemitone, nCents, bColorChanged); };
+    };
+    EXPECT_TRUE(TouchesExactly(frame(0, 0, false), {}));
+    EXPECT_TRUE(TouchesExactly(frame(4, 0, false), {NOTE}));
+    EXPECT_TRUE(TouchesExactly(frame(4, 0, false), {}));
+    EXPECT_TRUE(TouchesExactly(frame(4, -12, false), {NUMERALS, NEEDLE_AREA}));
+    EXPECT_TRUE(TouchesExactly(frame(4, -12, true), {NUMERALS, NEEDLE_AREA}));
+    EXPECT_TRUE(TouchesExactly(frame(9, -12, true), {NOTE, NUMERALS, NEEDLE_AREA}));
+    EXPECT_TRUE(TouchesExactly(frame(6, 44, false), {NOTE, NUMERALS, NEEDLE_AREA}));
+    EXPECT_TRUE(TouchesExactly([this](CDC* pDc) { m_dial.Draw(pDc, true, false); }, {DIAL}));
+}
+
+// What a frame draws and what it leaves standing, told by glyphs that fill their boxes.
+TEST_F(FineDialTest, ANumberIsPutTogetherFromWhatStands) {
+    DrawFull();
+    struct Step {
+        int nCents;
+        std::vector<std::pair<int, COLORREF>> columns;  // the dial's column, and what it shows in row 33
+    };
+    const COLORREF clrPlus = DigitColor(PLUS);
+    const COLORREF clrMinus = DigitColor(MINUS);
+    const Step STEPS[] = {
+        {5, {{119, clrPlus}, {143, DigitColor(0)}, {168, DigitColor(5)}, {193, DigitColor(0)}}},
+        // Cleared for the minus: columns 119 to 138. The plus ends at 140.
+        {-5,
+         {{118, WHITE},
+          {119, WHITE},
+          {124, WHITE},
+          {125, clrMinus},
+          {137, clrMinus},
+          {138, WHITE},
+          {139, clrPlus},
+          {140, clrPlus},
+          {141, WHITE}}},
+        {5, {{119, clrPlus}, {125, clrPlus}, {140, clrPlus}}},
+        {9, {{143, DigitColor(0)}, {168, DigitColor(9)}}},
+        {10, {{143, DigitColor(1)}, {166, DigitColor(1)}, {167, DigitColor(0)}, {168, DigitColor(0)}}},
+        {9, {{143, DigitColor(0)}, {167, DigitColor(0)}, {168, DigitColor(9)}}},
+        {12, {{143, DigitColor(1)}, {168, DigitColor(2)}}},
+        {15, {{143, DigitColor(1)}, {168, DigitColor(5)}}},
+        {-15, {{125, clrMinus}, {143, DigitColor(1)}, {168, DigitColor(5)}}},
+        {15, {{119, clrPlus}, {143, DigitColor(1)}}},
+        {0, {{119, clrPlus}, {143, DigitColor(0)}, {168, DigitColor(0)}}},
+    };
+    for (const Step& step : STEPS) {
+        SCOPED_TRACE(step.nCents);
+        DrawFrame(0, step.nCents);
+        for (const auto& [x, clr] : step.columns) {
+            EXPECT_EQ(m_wnd.GetPixel(DIAL.left + x, DIAL.top + 33), clr) << x;
+        }
+    }
+}
+
+// The minus clears 20 rows and is drawn on 27.
+TEST_F(FineDialTest, TheMinusClearsTwentyRows) {
+    m_dial.SetCents(5);
+    DrawFull();
+    DrawFrame(0, -5);
+    EXPECT_EQ(m_wnd.ColumnRun(DIAL.left + 120, DIAL.top + 30), (CStageWnd::Run{45, DIAL.top + 40}));
+    EXPECT_EQ(m_wnd.ColumnRun(DIAL.left + 120, DIAL.top + 40),
+              (CStageWnd::Run{DIAL.top + 40, DIAL.top + 47}));
+    EXPECT_EQ(m_wnd.ColumnRun(DIAL.left + 130, DIAL.top + 30),
+              (CStageWnd::Run{DIAL.top + 20, DIAL.top + 47}));
+}
+
+// A note's name is cleared in columns 40 to 73.
+TEST_F(FineDialTest, ANameIsClearedBehindItsFirstColumns) {
+    m_dial.SetNote(1);  // C sharp, to column 76
+    DrawFull();
+    DrawFrame(5, 0);  // F, to column 45
+    ExpectBox(22, 46, LetterColor(5));
+    ExpectBox(46, 74, WHITE);
+    ExpectBox(74, 77, LetterColor(7));
+    DrawFrame(12, 0);
+    ExpectBox(22, 40, LetterColor(5));
+    ExpectBox(40, 74, WHITE);
+}
+
+// The scale is restored where the last needle crossed it, and nowhere else.
+TEST_F(FineDialTest, AFrameRestoresTheStripOfTheScaleUnderTheLastNeedle) {
+    const auto expect = [this](const NeedleRow& now) {
+        EXPECT_TRUE(PixelsAre(m_wnd, {DIAL.left + 2, DIAL.top + 48, DIAL.right - 2, DIAL.top + 232},
+                              [&](int xWindow, int yWindow) -> COLORREF {
+                                  const int x = xWindow - DIAL.left;
+                                  const int y = yWindow - DIAL.top;
+                                  if (IsOnNeedle(now, x, y)) {
+                                      return NEEDLE;
+                                  }
+                                  return y >= 59 && y < 128 ? LabelAt(x - 2, y - 59) : WHITE;
+                              }))
+            << now.nCents;
+    };
+    DrawFull();
+    for (const NeedleRow& from : NEEDLES) {
+        for (const NeedleRow& to : NEEDLES) {
+            DrawFrame(0, from.nCents);
+            DrawFrame(0, to.nCents);
+            expect(to);
+        }
+    }
+    // 30 columns and no more: a needle that a full draw put elsewhere stays above row 128.
+    DrawFrame(0, -50);
+    m_dial.SetCents(50);
+    DrawFull();
+    m_dial.SetCents(0);
+    m_wnd.Draw([this](CDC* pDc) { m_dial.Draw(pDc, false, false); });
+    EXPECT_EQ(m_wnd.GetPixel(DIAL.left + 211, DIAL.top + 113), NEEDLE);
+    EXPECT_EQ(m_wnd.GetPixel(DIAL.left + 202, DIAL.top + 128), WHITE);
+}
+
+TEST_F(FineDialTest, ANewColorRepaintsTheSamePixels) {
+    for (const NeedleRow& row : NEEDLES) {
+        DrawFrame(0, row.nCents);
+        m_dial.SetColor(0x00FF00);
+        DrawFrame(0, row.nCents, true);
+        m_dial.SetColor(NEEDLE);
+        CStageWnd wndFresh;
+        wndFresh.Draw([this](CDC* pDc) { m_dial.Draw(pDc, true, false); });
+        m_dial.SetColor(0xA0A0A0);
+        DrawFrame(0, row.nCents, true);
+        EXPECT_TRUE(PixelsAre(m_wnd, {252, 101, 488, 300}, [&](int x, int y) {
+            const COLORREF clr = wndFresh.GetPixel(x, y);
+            return clr == NEEDLE ? 0xA0A0A0 : clr;
+        }));
+        m_dial.SetColor(NEEDLE);
+        DrawFrame(0, row.nCents, true);
+    }
+}
+
+TEST_F(FineDialTest, TextTakesItsColorWithTheNextFullDraw) {
+    DrawFull();
+    m_dial.SetDigitColor(0x0000FF);  // red: with a bevel of v, 255 - trunc(255 x (1 - v / 256)) in red only
+    DrawFrame(0, 0);
+    ExpectBox(22, 52, LetterColor(2));
+    DrawFull();
+    ExpectBox(22, 52, 0x000030);
+    ExpectBox(195, 231, 0x0000B1);
+}
+
+TEST_F(FineDialTest, ShowsWhatRemainsWithoutItsFiles) {
+    for (const char* szMissing : {"NumBev.bmp", "Label.bmp", "Circle.bmp"}) {
+        SCOPED_TRACE(szMissing);
+        const CWorkingDirectory directory;
+        Write(Glyphs::Boxes);
+        directory.Remove(szMissing);
+        CFineDial dial;
+        CStageWnd wnd;
+        EXPECT_FALSE(dial.Create(&wnd));
+        dial.SetDigitColor(WHITE);
+        dial.SetColor(NEEDLE);
+        wnd.Draw([&](CDC* pDc) { dial.Draw(pDc, true, false); });
+        EXPECT_EQ(wnd.GetPixel(DIAL.left + 22, DIAL.top + 20), LetterColor(2));
+        EXPECT_EQ(wnd.RowRun(DIAL.left + 120, DIAL.top + 150),
+                  (CStageWnd::Run{DIAL.left + 118, DIAL.left + 123}));
+        dial.SetCents(-60);
+        wnd.Draw([&](CDC* pDc) { dial.Draw(pDc, false, false); });
+        EXPECT_EQ(wnd.GetPixel(DIAL.left + 120, DIAL.top + 150), WHITE);
+    }
+}
+
+}  // namespace

@@ -1,0 +1,178 @@
+#include "widgets/LevelMeter.h"
+#include "widgets/WidgetStage.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr COLORREF WHITE = 0xFFFFFF;
+constexpr COLORREF HIGH = 0xFF0000;
+constexpr COLORREF LOW = 0x008000;
+constexpr RECT METER = {210, 43, 240, 300};
+
+class LevelMeterTest : public testing::Test {
+protected:
+    LevelMeterTest() {
+        EXPECT_TRUE(m_meter.Create(&m_wnd, METER));
+        m_meter.SetColors(HIGH, LOW);
+        m_meter.SetLevel(0.0F);
+    }
+
+    void DrawFull() {
+        m_wnd.Draw([this](CDC* pDc) { m_meter.Draw(pDc, true); });
+    }
+    void DrawFrame(float fLevel) {
+        m_meter.SetLevel(fLevel);
+        m_wnd.Draw([this](CDC* pDc) { m_meter.Draw(pDc, false); });
+    }
+    // The height of what isn't white, in the middle of the meter.
+    int Bar() const {
+        const int x = METER.left + 15;
+        if (m_wnd.GetPixel(x, METER.top + 2) != WHITE) {
+            return 253;
+        }
+        const CStageWnd::Run run = m_wnd.ColumnRun(x, METER.top + 2);
+        EXPECT_EQ(run.nFirst, METER.top + 2);
+        return METER.bottom - 2 - run.nEnd;
+    }
+
+    CStageWnd m_wnd;
+    CLevelMeter m_meter;
+};
+
+TEST_F(LevelMeterTest, TheColumnIsLinearInTheLevel) {
+    struct Row {
+        float fLevel;
+        int nBar;
+    };
+    constexpr Row ROWS[] = {{-1.0F, 0},
+                            {0.0F, 0},
+                            {0.0039F, 0},
+                            {0.004F, 1},
+                            {0.25F, 63},
+                            {0.5F, 126},
+                            {0.75F, 189},
+                            {0.996F, 251},
+                            {0.99999994F, 252},
+                            {1.0F, 253},
+                            {2.0F, 253},
+                            {std::numeric_limits<float>::infinity(), 253},
+                            {-std::numeric_limits<float>::infinity(), 0},
+                            {std::numeric_limits<float>::quiet_NaN(), 0}};
+    for (const Row& row : ROWS) {
+        m_meter.SetLevel(row.fLevel);
+        DrawFull();
+        EXPECT_EQ(Bar(), row.nBar) << row.fLevel;
+    }
+    DrawFull();
+    for (const Row& row : ROWS) {
+        DrawFrame(row.fLevel);
+        EXPECT_EQ(Bar(), row.nBar) << row.fLevel;
+    }
+}
+
+// Rows of the meter and their colour; step i of 130 stands in rows 254 - 2 i and 255 - 2 i.
+TEST_F(LevelMeterTest, TheGradientRunsFromLowToHigh) {
+    struct Row {
+        int nStep;
+        COLORREF clr;
+    };
+    // Blue grows by 255 / 130 = 1.96153843, a single-precision number a little below the true one, so that
+    // step 26 has 50 and not 51; green falls by 128 / 130.
+    constexpr Row ROWS[] = {{1, 0x018000},  {2, 0x037F00},  {26, 0x326700},  {64, 0x7D4100},
+                            {65, 0x7F4000}, {66, 0x814000}, {125, 0xF50500}, {126, 0xF70400}};
+    m_meter.SetLevel(1.0F);
+    DrawFull();
+    const int x = METER.left + 2;
+    EXPECT_EQ(m_wnd.GetPixel(x, METER.top + 254), LOW);
+    for (const Row& row : ROWS) {
+        SCOPED_TRACE(row.nStep);
+        const int y = METER.top + 254 - 2 * row.nStep;
+        EXPECT_EQ(m_wnd.GetPixel(x, y), row.clr);
+        EXPECT_EQ(m_wnd.ColumnRun(x, y), (CStageWnd::Run{y, y + 2}));
+        EXPECT_EQ(m_wnd.RowRun(x, y), (CStageWnd::Run{METER.left + 2, METER.right - 2}));
+    }
+}
+
+TEST_F(LevelMeterTest, TheGradientGoesBothWaysInEachChannel) {
+    m_meter.SetLevel(1.0F);
+    m_meter.SetColors(0x123456, 0x123456);
+    DrawFull();
+    EXPECT_EQ(m_wnd.ColumnRun(METER.left + 5, METER.top + 100), (CStageWnd::Run{45, 298}));
+    EXPECT_EQ(m_wnd.GetPixel(METER.left + 5, METER.top + 100), COLORREF{0x123456});
+    // Red falls from 200 to 10, by 190 / 130 = 1.46153843 in single precision: at step 65 by 94.9999982.
+    m_meter.SetColors(0x00000A, 0x0000C8);
+    DrawFull();
+    EXPECT_EQ(m_wnd.GetPixel(METER.left + 5, METER.top + 124), COLORREF{0x00006A});
+    EXPECT_EQ(m_wnd.GetPixel(METER.left + 5, METER.top + 252), COLORREF{0x0000C7});
+}
+
+TEST_F(LevelMeterTest, FullPictureOfEachLevel) {
+    struct Row {
+        float fLevel;
+        int nFirstRow;
+    };
+    constexpr Row ROWS[] = {{0.0F, 255}, {0.004F, 254}, {0.5F, 129}, {0.996F, 4}, {1.0F, 2}};
+    for (const Row& row : ROWS) {
+        m_meter.SetLevel(row.fLevel);
+        DrawFull();
+        EXPECT_TRUE(PixelsAre(m_wnd, METER, [&](int x, int y) -> COLORREF {
+            if (const COLORREF clrEdge = SunkenEdgeAt(METER, x, y); clrEdge != CLR_INVALID) {
+                return clrEdge;
+            }
+            return y - METER.top < row.nFirstRow ? WHITE : CLR_INVALID;
+        }));
+        EXPECT_TRUE(row.nFirstRow > 254 || m_wnd.GetPixel(225, METER.top + row.nFirstRow) != WHITE);
+    }
+}
+
+TEST_F(LevelMeterTest, AFrameSendsTheRowsBetween) {
+    const auto frame = [this](float fLevel) {
+        return [this, fLevel](CDC* pDc) {
+            m_meter.SetLevel(fLevel);
+            m_meter.Draw(pDc, false);
+        };
+    };
+    EXPECT_TRUE(TouchesExactly([this](CDC* pDc) { m_meter.Draw(pDc, true); }, {METER}));
+    EXPECT_TRUE(TouchesExactly(frame(0.5F), {{212, 172, 238, 298}}));
+    EXPECT_TRUE(TouchesExactly(frame(0.5F), {}));
+    EXPECT_TRUE(TouchesExactly(frame(1.0F), {{212, 45, 238, 172}}));
+    EXPECT_TRUE(TouchesExactly(frame(0.996F), {{212, 45, 238, 47}}));
+    EXPECT_TRUE(TouchesExactly(frame(1.0F), {{212, 45, 238, 47}}));
+    EXPECT_TRUE(TouchesExactly(frame(0.0F), {{212, 45, 238, 298}}));
+    EXPECT_TRUE(TouchesExactly(frame(0.0F), {}));
+}
+
+TEST_F(LevelMeterTest, NewColorsComeWithTheFullDraw) {
+    m_meter.SetLevel(0.5F);
+    DrawFull();
+    m_meter.SetColors(0x0000FF, 0x0000FF);
+    DrawFrame(0.5F);
+    EXPECT_EQ(m_wnd.GetPixel(225, METER.top + 254), LOW);
+    DrawFull();
+    EXPECT_EQ(m_wnd.GetPixel(225, METER.top + 254), COLORREF{0x0000FF});
+}
+
+// Any rectangle will do; an odd and an even height end on the same rows from the bottom.
+TEST(LevelMeterSize, OtherRectangles) {
+    for (const int nHeight : {40, 41}) {
+        const RECT rc = {7, 9, 20, 9 + nHeight};
+        CStageWnd wnd;
+        CLevelMeter meter;
+        ASSERT_TRUE(meter.Create(&wnd, rc));
+        meter.SetColors(HIGH, LOW);
+        meter.SetLevel(1.0F);
+        wnd.Draw([&](CDC* pDc) { meter.Draw(pDc, true); });
+        // Step 1 of 22 stands in rows 36 and 37.
+        EXPECT_EQ(wnd.GetPixel(10, 9 + 36), COLORREF{0x0B7B00});
+        EXPECT_EQ(wnd.GetPixel(10, 9 + 37), COLORREF{0x0B7B00});
+        meter.SetLevel(0.5F);
+        wnd.Draw([&](CDC* pDc) { meter.Draw(pDc, false); });
+        EXPECT_EQ(wnd.ColumnRun(10, 9 + 2), (CStageWnd::Run{11, rc.bottom - 2 - 18}));
+    }
+}
+
+}  // namespace

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/base/Types.h"
+
+#include <array>
+
+// Bitmaps of the widgets' geometry whose every pixel is known, so that a picture tells which pixel of which
+// file stands where. Drawn with white text.
+namespace TestArtwork {
+
+// Glyphs that fill their whole box, or glyphs with the blank margins that a draw over another glyph relies
+// on.
+enum class Glyphs { Boxes, WithMargins };
+
+// Writes all files that the four widgets load into the current directory.
+void Write(Glyphs glyphs);
+
+inline constexpr std::array<int, 10> LETTER_EDGES = {0, 32, 60, 90, 119, 146, 170, 200, 225, 249};
+inline constexpr std::array<int, 14> DIGIT_EDGES = {0,   26,  50,  75,  99,  125, 150,
+                                                    175, 200, 225, 250, 286, 299, 321};
+inline constexpr int PERCENT = 10;
+inline constexpr int MINUS = 11;
+inline constexpr int PLUS = 12;
+
+// The colour of letter glyph k (A to G, sharp, flat) and of numeral glyph k (0 to 9, percent, minus, plus).
+constexpr COLORREF LetterColor(int k) {
+    return static_cast<COLORREF>(16 * (k + 1)) * 0x010101;
+}
+constexpr COLORREF DigitColor(int k) {
+    return static_cast<COLORREF>(16 * (k + 1) + 1) * 0x010101;
+}
+// The scale, 236 by 69, the hub, 58 by 23, opaque in its columns 10 to 47, the bar, 464 by 5, the tick, 9 by
+// 24, and the pictures of the strings, 20 wide and 40 high.
+constexpr COLORREF LabelAt(int x, int y) {
+    return MakeColor(x, 100 + y, 0x33);
+}
+inline constexpr COLORREF HUB_COLOR = 0x302010;
+constexpr bool IsHub(int x, int y) {
+    return x >= 10 && x < 48 && y >= 0 && y < 23;
+}
+constexpr COLORREF BarAt(int x, int y) {
+    return MakeColor(x / 2, 0x50 + y, 0x11);
+}
+constexpr COLORREF TicAt(int x, int y) {
+    return MakeColor(0x10 + x, 0x20 + y, 0x99);
+}
+constexpr COLORREF StringAt(int nFile, int x, int y) {
+    return MakeColor(0x40 * nFile, 0x60 + x, 0x80 + y);
+}
+inline constexpr int STRING_HEIGHT = 40;
+
+}  // namespace TestArtwork

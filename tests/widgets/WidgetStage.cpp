@@ -1,0 +1,144 @@
+#include "widgets/WidgetStage.h"
+
+#include "platform/base/String.h"
+#include "platform/drawing/BitmapWriter.h"
+#include "platform/drawing/Picture.h"
+#include "platform/drawing/SysColors.h"
+#include "platform/windows/ClientDc.h"
+
+#include <fstream>
+#include <mutex>
+
+namespace {
+
+// No widget draws it.
+constexpr COLORREF UNTOUCHED = 0xFE01FE;
+
+testing::AssertionResult Compare(const CStageWnd& wnd, const RECT& rc, const ExpectedColor& fnExpected) {
+    int nWrong = 0;
+    CString strFirst;
+    for (int y = rc.top; y < rc.bottom; ++y) {
+        for (int x = rc.left; x < rc.right; ++x) {
+            const COLORREF clrExpected = fnExpected(x, y);
+            const COLORREF clr = wnd.GetPixel(x, y);
+            if (clrExpected == CLR_INVALID || clr == clrExpected) {
+                continue;
+            }
+            if (nWrong++ == 0) {
+                strFirst = FormatText("(%d, %d) is %06X instead of %06X", x, y, clr, clrExpected);
+            }
+        }
+    }
+    if (nWrong == 0) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure() << nWrong << " pixels differ, first " << strFirst;
+}
+
+}  // namespace
+
+CStageWnd::CStageWnd() {
+    SetClientSize(s_rcClient.right, s_rcClient.bottom);
+}
+
+void CStageWnd::Draw(const std::function<void(CDC*)>& fnDraw) {
+    const std::lock_guard lock(GetPictureLock());
+    CClientDC dc(this);
+    fnDraw(&dc);
+}
+
+COLORREF CStageWnd::GetPixel(int x, int y) const {
+    const CSurface& surface = GetPicture().GetSurface();
+    const bool bInside = x >= 0 && y >= 0 && x < surface.GetWidth() && y < surface.GetHeight();
+    return bInside ? ColorFromPixel(surface.GetRow(y)[x]) : CLR_INVALID;
+}
+
+CStageWnd::Run CStageWnd::RowRun(int x, int y) const {
+    Run run{x, x + 1};
+    while (GetPixel(run.nFirst - 1, y) == GetPixel(x, y)) {
+        --run.nFirst;
+    }
+    while (GetPixel(run.nEnd, y) == GetPixel(x, y)) {
+        ++run.nEnd;
+    }
+    return run;
+}
+
+CStageWnd::Run CStageWnd::ColumnRun(int x, int y) const {
+    Run run{y, y + 1};
+    while (GetPixel(x, run.nFirst - 1) == GetPixel(x, y)) {
+        --run.nFirst;
+    }
+    while (GetPixel(x, run.nEnd) == GetPixel(x, y)) {
+        ++run.nEnd;
+    }
+    return run;
+}
+
+bool CStageWnd::Save(const CString& strFile) const {
+    std::ofstream file(strFile, std::ios::binary);
+    file << "P6\n" << s_rcClient.right << ' ' << s_rcClient.bottom << "\n255\n";
+    for (int y = 0; y < s_rcClient.bottom; ++y) {
+        for (int x = 0; x < s_rcClient.right; ++x) {
+            const COLORREF clr = GetPixel(x, y);
+            file << static_cast<char>(GetRed(clr)) << static_cast<char>(GetGreen(clr))
+                 << static_cast<char>(GetBlue(clr));
+        }
+    }
+    return file.good();
+}
+
+void PrintTo(const RECT& rc, std::ostream* pStream) {
+    *pStream << '(' << rc.left << ", " << rc.top << ", " << rc.right << ", " << rc.bottom << ')';
+}
+
+void PrintTo(const CStageWnd::Run& run, std::ostream* pStream) {
+    *pStream << '[' << run.nFirst << ", " << run.nEnd << ')';
+}
+
+testing::AssertionResult PixelsAre(const CStageWnd& wnd, const RECT& rc, const ExpectedColor& fnExpected) {
+    return Compare(wnd, rc, fnExpected);
+}
+
+testing::AssertionResult ShowTheSame(const CStageWnd& wnd, const CStageWnd& wndExpected, const RECT& rc) {
+    return Compare(wnd, rc, [&](int x, int y) { return wndExpected.GetPixel(x, y); });
+}
+
+testing::AssertionResult TouchesExactly(const std::function<void(CDC*)>& fnDraw,
+                                        const std::vector<RECT>& rects) {
+    CStageWnd wnd;
+    wnd.Draw([](CDC* pDc) { pDc->FillSolidRect(CStageWnd::s_rcClient, UNTOUCHED); });
+    wnd.Draw(fnDraw);
+    for (int y = 0; y < CStageWnd::s_rcClient.bottom; ++y) {
+        for (int x = 0; x < CStageWnd::s_rcClient.right; ++x) {
+            bool bExpected = false;
+            for (const RECT& rc : rects) {
+                bExpected = bExpected || PtInRect(rc, {x, y});
+            }
+            if ((wnd.GetPixel(x, y) != UNTOUCHED) != bExpected) {
+                return testing::AssertionFailure()
+                       << FormatText("(%d, %d) was %swritten", x, y, bExpected ? "not " : "");
+            }
+        }
+    }
+    return testing::AssertionSuccess();
+}
+
+void WriteBitmap(const CString& strFile, int cx, int cy, const ExpectedColor& fnPixel) {
+    std::ofstream(strFile, std::ios::binary) << bmp::Encode24(cx, cy, [&](int x, int y) {
+        const COLORREF clr = fnPixel(x, y);
+        return bmp::Rgb{static_cast<BYTE>(GetRed(clr)), static_cast<BYTE>(GetGreen(clr)),
+                        static_cast<BYTE>(GetBlue(clr))};
+    });
+}
+
+COLORREF SunkenEdgeAt(const RECT& rc, int x, int y) {
+    const auto ring = [&](int nInset, int nDark, int nLight) {
+        if (x == rc.right - 1 - nInset || y == rc.bottom - 1 - nInset) {
+            return GetSysColor(nLight);
+        }
+        return x == rc.left + nInset || y == rc.top + nInset ? GetSysColor(nDark) : CLR_INVALID;
+    };
+    const COLORREF clrOuter = ring(0, COLOR_BTNSHADOW, COLOR_BTNHILIGHT);
+    return clrOuter != CLR_INVALID ? clrOuter : ring(1, COLOR_3DDKSHADOW, COLOR_3DLIGHT);
+}
