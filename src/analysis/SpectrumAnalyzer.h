@@ -1,0 +1,125 @@
+#pragma once
+
+#include "analysis/NoteClaims.h"
+#include "analysis/NoteGrid.h"
+#include "analysis/PublishedGrid.h"
+#include "platform/signal/AlignedArray.h"
+#include "tuning/NoteReading.h"
+
+#include <array>
+#include <span>
+
+// Turns one block of samples into note candidates, one for each semitone.
+//
+// The spectrum's precision beyond the bins of the Fourier transform comes from reassignment: a second
+// spectrum through the time derivative of the window tells how far a partial lies from its bin's centre.
+// (Auger and Flandrin, Improving the readability of time-frequency and time-scale representations by the
+// reassignment method, IEEE Trans. Signal Processing 43(5), 1995.) The strongest peaks are then treated like
+// a sieve: probe frequencies a quarter tone apart over one octave each collect the peaks on their harmonics,
+// and are moved up by a prime factor as long as their energy sits on multiples of that prime, which is how
+// the octave is chosen. (In the manner of harmonic sieves: Duifhuis, Willems and Sluyter, Measurement of
+// pitch in speech, J. Acoust. Soc. Am. 71(6), 1982.)
+//
+// One thread analyses. Setup and Clear run while nothing is analysed. SetReference may run on another thread,
+// one at a time, while blocks are analysed. After Setup nothing allocates or locks but SetReference.
+class CSpectrumAnalyzer {
+public:
+    CSpectrumAnalyzer() = default;
+    ~CSpectrumAnalyzer() { Clear(); }
+    CSpectrumAnalyzer(const CSpectrumAnalyzer&) = delete;
+    CSpectrumAnalyzer& operator=(const CSpectrumAnalyzer&) = delete;
+
+    // Makes the analyser ready for blocks of nBlockSamples, a power of two, at nSampleRate Hz, with the notes
+    // of A = 440 Hz. nMaxPeaks: peaks kept of a block; nPrimes: primes that the octave is looked for with;
+    // nProbes: probe frequencies in the octave above fLowestFrequency (Hz). False when the block size is not
+    // a power of two or memory cannot be had; only another Setup makes it usable then.
+    bool Setup(int nBlockSamples, int nSampleRate, int nMaxPeaks, int nPrimes, int nProbes,
+               float fLowestFrequency);
+    // Releases all that Setup took. Safe on a cleared analyser.
+    void Clear();
+
+    // Where the caller puts a block: nBlockSamples floats in order of time, raw values of signed 16-bit
+    // samples. The analysis changes them. Valid until the next Setup or Clear.
+    float* GetInputBuffer() { return m_pfSpectrum.Data(); }
+
+    // Hangs the notes on another A frequency (Hz). False, and the old notes stay, when it is below the lowest
+    // frequency or above the sample rate.
+    bool SetReference(float fA);
+
+    // The block's peak level from 0.0 (60 on the scale of 10 ln below full scale, or less) to 1.0. Before
+    // Analyze.
+    float ComputeLevel() const;
+
+    // The whole analysis of the block in the input buffer, always true. bTimeGate: a peak must also have the
+    // centre of its energy near the middle of the block. nHop: samples from the block before to this one.
+    bool Analyze(bool bTimeGate, int nHop);
+    // What Analyze found: slot i holds the note of semitone i or is empty. At most four are filled.
+    std::span<const NoteReading> GetCandidates() const { return m_pCandidates.All(); }
+
+    // The steps of Analyze, open for a look at what each gives.
+    void TransformBlock(bool bTimeGate);
+    void FindPeaks(bool bTimeGate, int nHop);
+    // Complex bins as re, im pairs of the block through the window, and through the window's slope: scaled so
+    // that the imaginary part of their ratio is a peak's distance from its bin in Hz. Through the ramp only
+    // with the time gate.
+    std::span<const float> GetSpectrum() const { return m_pfSpectrum.All(); }
+    std::span<const float> GetSlopeSpectrum() const { return m_pfSlopeSpectrum.All(); }
+    std::span<const float> GetRampSpectrum() const { return m_pfRampSpectrum.All(); }
+    // The strongest peaks in order of rising frequency: Hz, and magnitudes of the unscaled transform; 0 past
+    // the last.
+    std::span<const float> GetPeakFrequencies() const { return m_pfPeakFrequency.All(); }
+    std::span<const float> GetPeakAmplitudes() const { return m_pfPeakAmplitude.All(); }
+
+    // The nearest note to fFrequency (Hz) and the cents from it. Only on the thread that analyses.
+    NoteReading MakeReading(float fFrequency, float fRawStrength);
+
+private:
+    friend class CSpectrumAnalyzerTester;
+
+    bool AllocateTables(int nMaxPeaks, int nPrimes, int nProbes);
+    void ReleaseTables();
+    void FillPrimes();
+    void BuildWindows(CAlignedArray<float>& temporary);
+
+    void ResetProbes();
+    void SearchProbes();
+    float ScoreProbe(float fFrequency, int nProbe);
+    bool FindDivisor(int nProbe, int* pnDivisor);
+    void AcceptProbe(int nProbe);
+    bool IsFundamental(int nProbe) const;
+    NoteReading EstimateFundamental(int nProbe);
+    void ClearCandidates();
+
+    CAlignedArray<float> m_pfWindow;
+    CAlignedArray<float> m_pfRampWindow;
+    CAlignedArray<float> m_pfSlopeWindow;
+    CAlignedArray<float> m_pfSpectrum;
+    CAlignedArray<float> m_pfSlopeSpectrum;
+    CAlignedArray<float> m_pfRampSpectrum;
+    CAlignedArray<float> m_pfPower;
+    int m_nBlockSamples = 0;
+    int m_nFftOrder = 0;
+    int m_nHalfHop = 0;
+    int m_nSampleRate = 0;
+    float m_fLowestFrequency = 0.0F;
+    float m_fHalfBin = 0.0F;
+    int m_nHalfBlock = 0;
+    CAlignedArray<int> m_pnSlotHarmonic;
+    CAlignedArray<float> m_pfSlotFrequency;
+    CAlignedArray<float> m_pfSlotAmplitude;
+    CAlignedArray<float> m_pfPeakFrequency;
+    CAlignedArray<float> m_pfPeakAmplitude;
+    int m_nMaxPeaks = 0;
+    CAlignedArray<float> m_pfProbeFrequency;
+    CAlignedArray<float> m_pfProbeScore;
+    int m_nProbes = 0;
+    float m_fBandRatio = 0.0F;
+    CNoteClaims m_claims;
+    CAlignedArray<int> m_pnPrimes;
+    CAlignedArray<float> m_pfPrimeEnergy;
+    CAlignedArray<float> m_pfPrimeShare;
+    int m_nPrimes = 0;
+    CPublishedGrid m_grid;
+    const CNoteGrid* m_pBlockGrid = nullptr;  // the grid that the block under analysis is named by
+    CAlignedArray<NoteReading> m_pCandidates;
+};
