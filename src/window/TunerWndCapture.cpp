@@ -1,0 +1,70 @@
+#include "platform/multimedia/WaveIn.h"
+#include "platform/windows/MessageBox.h"
+#include "platform/windows/WinApp.h"
+#include "window/CaptureLadder.h"
+#include "window/TunerWnd.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+// A device that has not told by then whether it opens is taken for one that will.
+constexpr int OPENING_WAIT_MS = 5000;
+
+void ShowFailure(const char* szText, const char* szCaption) {
+    const CWinApp* pApp = GetApp();
+    MessageBox(pApp != nullptr ? pApp->GetMainWnd() : nullptr, szText, szCaption, MB_OK | MB_ICONEXCLAMATION);
+}
+
+// The stored hop may be any number.
+int CutHop(float fHop) {
+    constexpr double LONGEST = std::numeric_limits<int>::max();
+    return static_cast<int>(std::min(static_cast<double>(fHop), LONGEST));
+}
+
+}  // namespace
+
+void CTunerWnd::StartCapture() {
+    if (waveInGetNumDevs() == 0) {
+        ShowFailure(
+            "Fretvane was unable to find any usable recording device on this computer.  To use this program "
+            "a "
+            "16-bit sound card must be installed",
+            "Error: No sound card found");
+        m_errorLog.Log("Unable to find any recording device");
+        return;
+    }
+    m_engine.SetHop(CutHop(m_store.GetHop()));
+    for (const CaptureAttempt& attempt : CAPTURE_LADDER) {
+        if (TryCapture(attempt)) {
+            m_engine.SetReference(m_store.GetAFrequency());
+            m_engine.SetTimeGate(false);
+            m_engine.SetAdaptHop(true);
+            return;
+        }
+    }
+    ShowFailure(
+        "Unable to use your sound card. Try a different recording device in the options dialog box or click "
+        "the "
+        "help button in the main window for further help.",
+        "Error: Unable to use recording device");
+    m_errorLog.Log("Unable any open any recording device");
+}
+
+// The engine's true says only that the thread runs; what became of the device the thread tells afterwards. A
+// thread that had no luck is cleared away, so that the next attempt finds room.
+bool CTunerWnd::TryCapture(const CaptureAttempt& attempt) {
+    CCaptureThread& capture = m_engine.GetCapture();
+    capture.ClearFailed();
+    if (!m_engine.Start(FrameCallback, this, attempt.bPreferredDevice ? 0 : m_store.GetWaveDevice(),
+                        attempt.nSampleRate, attempt.nBufferSamples, attempt.nBlockSamples,
+                        attempt.fLowestFrequency)) {
+        return false;
+    }
+    if (capture.WaitUntilOpen(OPENING_WAIT_MS) == CaptureOpening::Failed) {
+        capture.ClearFailed();
+        return false;
+    }
+    return true;
+}

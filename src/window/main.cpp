@@ -1,0 +1,6 @@
+#include "window/TunerApp.h"
+
+int main() {
+    CTunerApp app;
+    return app.Main();
+}
