@@ -178,6 +178,8 @@ void InstallEventBridge(CWndState& state) {
     QWidget& widget = *state.pWidget;
     auto pBridge = std::make_unique<CEventBridge>(widget, state.pLink);
     widget.setMouseTracking(true);
+    // What a control doesn't want of the mouse is not for its parent.
+    widget.setAttribute(Qt::WA_NoMousePropagation);
     widget.installEventFilter(pBridge.get());
     // A list consists of a viewport and scroll bars, and the mouse is over one of them.
     if (auto* const pArea = qobject_cast<QAbstractScrollArea*>(&widget)) {

@@ -1,0 +1,213 @@
+#include "platform/windows/support/Toolkit.h"
+
+#include "platform/windows/WindowsSession.h"
+#include "platform/windows/WndState.h"
+
+#include <gtest/gtest.h>
+
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QTimer>
+#include <QtGui/QInputMethodEvent>
+#include <QtGui/QScreen>
+#include <QtGui/QWindow>
+#include <QtTest/QtTest>
+#include <QtWidgets/QAbstractScrollArea>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QMessageBox>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QWidget>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <utility>
+
+namespace toolkit {
+namespace {
+
+constexpr int g_nLong = 10000;
+
+class CSessionEnvironment final : public ::testing::Environment {
+public:
+    void SetUp() override {
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        }
+        m_pSession = std::make_unique<CWindowsSession>();
+    }
+    void TearDown() override {
+        RunPending();
+        m_pSession.reset();
+    }
+
+private:
+    std::unique_ptr<CWindowsSession> m_pSession;
+};
+
+const auto* const g_pEnvironment = ::testing::AddGlobalTestEnvironment(new CSessionEnvironment);
+
+QWidget& WidgetOf(const CWnd& wnd) {
+    return *CWndState::Of(wnd).pWidget;
+}
+
+// Lists take the mouse with their viewport.
+QWidget& MouseWidgetOf(const CWnd& wnd) {
+    QWidget& widget = WidgetOf(wnd);
+    auto* const pArea = qobject_cast<QAbstractScrollArea*>(&widget);
+    return pArea != nullptr ? *pArea->viewport() : widget;
+}
+
+QPoint ToPoint(POINT pt) {
+    return {pt.x, pt.y};
+}
+
+void SendKey(const CWnd& wnd, QEvent::Type type, int nKey, const CString& strText) {
+    QKeyEvent event(type, nKey, Qt::NoModifier, QString::fromStdString(strText));
+    QApplication::sendEvent(&WidgetOf(wnd), &event);
+}
+
+// The widget that the window system would give the mouse to.
+std::pair<QWidget*, QPoint> Under(const CWnd& topLevel, POINT pt) {
+    QWidget& top = WidgetOf(topLevel);
+    QWidget* pUnder = top.childAt(ToPoint(pt));
+    if (pUnder == nullptr) {
+        pUnder = &top;
+    }
+    return {pUnder, pUnder->mapFrom(&top, ToPoint(pt))};
+}
+
+}  // namespace
+
+bool WaitUntil(const std::function<bool()>& fnHolds) {
+    return QTest::qWaitFor([&fnHolds] { return fnHolds(); }, g_nLong);
+}
+
+void RunPending() {
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void RunFor(int nMilliseconds) {
+    QTest::qWait(nMilliseconds);
+}
+
+void Later(std::function<void()> fnAction) {
+    QTimer::singleShot(20, std::move(fnAction));
+}
+
+void Press(const CWnd& wnd, POINT pt, bool bRight) {
+    QTest::mousePress(&MouseWidgetOf(wnd), bRight ? Qt::RightButton : Qt::LeftButton, {}, ToPoint(pt));
+}
+
+void Release(const CWnd& wnd, POINT pt, bool bRight) {
+    QTest::mouseRelease(&MouseWidgetOf(wnd), bRight ? Qt::RightButton : Qt::LeftButton, {}, ToPoint(pt));
+}
+
+void Click(const CWnd& wnd, POINT pt) {
+    QTest::mouseClick(&MouseWidgetOf(wnd), Qt::LeftButton, {}, ToPoint(pt));
+}
+
+void DoubleClick(const CWnd& wnd, POINT pt) {
+    QTest::mouseDClick(&MouseWidgetOf(wnd), Qt::LeftButton, {}, ToPoint(pt));
+}
+
+void Move(const CWnd& wnd, POINT pt) {
+    QTest::mouseMove(&MouseWidgetOf(wnd), ToPoint(pt));
+    RunPending();
+}
+
+void MoveOver(const CWnd& topLevel, POINT pt) {
+    const auto [pWidget, ptIn] = Under(topLevel, pt);
+    QMouseEvent event(QEvent::MouseMove, ptIn, pWidget->mapToGlobal(ptIn), Qt::NoButton, Qt::NoButton, {});
+    QApplication::sendEvent(pWidget, &event);
+}
+
+void ClickInto(const CWnd& topLevel, POINT pt) {
+    const auto [pWidget, ptIn] = Under(topLevel, pt);
+    QTest::mouseClick(pWidget, Qt::LeftButton, {}, ptIn);
+}
+
+void KeyDown(const CWnd& wnd, int nToolkitKey, const CString& strText) {
+    SendKey(wnd, QEvent::KeyPress, nToolkitKey, strText);
+}
+
+void KeyUp(const CWnd& wnd, int nToolkitKey, const CString& strText) {
+    SendKey(wnd, QEvent::KeyRelease, nToolkitKey, strText);
+}
+
+void Key(const CWnd& wnd, int nToolkitKey, const CString& strText) {
+    KeyDown(wnd, nToolkitKey, strText);
+    if (wnd.IsWindow()) {
+        KeyUp(wnd, nToolkitKey, strText);
+    }
+}
+
+void TypeText(const CWnd& wnd, const CString& strText) {
+    QTest::keyClicks(&WidgetOf(wnd), QString::fromStdString(strText));
+}
+
+void Compose(const CWnd& wnd, const CString& strPreedit, const CString& strCommit) {
+    QInputMethodEvent preedit(QString::fromStdString(strPreedit), {});
+    QApplication::sendEvent(&WidgetOf(wnd), &preedit);
+    QInputMethodEvent commit;
+    commit.setCommitString(QString::fromStdString(strCommit));
+    QApplication::sendEvent(&WidgetOf(wnd), &commit);
+}
+
+void CloseBox(const CWnd& wnd) {
+    WidgetOf(wnd).close();
+}
+
+Screenshot GrabScreen(const CWnd& wnd) {
+    const QWidget& widget = WidgetOf(wnd);
+    const QImage image =
+        widget.screen()->grabWindow(widget.winId()).toImage().convertToFormat(QImage::Format_RGB32);
+    Screenshot shot{image.width(), image.height(), {}};
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            shot.pixels.push_back(image.pixel(x, y));
+        }
+    }
+    return shot;
+}
+
+bool SavePicture(const CWnd& wnd, const CString& strName) {
+    const std::filesystem::path directory = std::filesystem::path(FRETVANE_BINARY_DIR) / "pictures";
+    std::filesystem::create_directories(directory);
+    return WidgetOf(wnd).grab().save(QString::fromStdString((directory / strName).string()));
+}
+
+CString ModalTitle() {
+    const QWidget* const pModal = QApplication::activeModalWidget();
+    return pModal != nullptr ? pModal->windowTitle().toStdString() : CString();
+}
+
+CString ModalText() {
+    const auto* const pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    return pBox != nullptr ? pBox->text().toStdString() : CString();
+}
+
+void CloseModal() {
+    if (QWidget* const pModal = QApplication::activeModalWidget()) {
+        pModal->close();
+    }
+}
+
+bool IsTextCut(const CWnd& control) {
+    const QWidget& widget = WidgetOf(control);
+    if (const auto* const pLabel = qobject_cast<const QLabel*>(&widget)) {
+        return pLabel->heightForWidth(pLabel->width()) > pLabel->height();
+    }
+    const QSize wanted = widget.minimumSizeHint();
+    if (const auto* const pButton = qobject_cast<const QPushButton*>(&widget)) {
+        return pButton->fontMetrics().horizontalAdvance(pButton->text()) > widget.width() - 8 ||
+               pButton->fontMetrics().height() > widget.height() - 4;
+    }
+    return wanted.height() > widget.height();
+}
+
+int CountTopLevelWidgets() {
+    return static_cast<int>(QApplication::topLevelWidgets().size());
+}
+
+}  // namespace toolkit
