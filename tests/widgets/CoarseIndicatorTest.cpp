@@ -1,8 +1,8 @@
 #include "platform/drawing/GraphicsSession.h"
 #include "widgets/CoarseIndicator.h"
+#include "widgets/PictureDirectory.h"
 #include "widgets/TestArtwork.h"
 #include "widgets/WidgetStage.h"
-#include "window/WorkingDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -110,7 +110,7 @@ protected:
     }
 
     CGraphicsSession m_session;
-    CWorkingDirectory m_directory;
+    CPictureDirectory m_directory;
     CStageWnd m_wnd;
     CCoarseIndicator m_coarse;
 };
@@ -276,7 +276,7 @@ TEST_F(CoarseIndicatorTest, TheNamesFitTheirRectangle) {
 
 TEST_F(CoarseIndicatorTest, NeedsItsTwoFiles) {
     for (const char* szMissing : {"gTic.bmp", "gBar.bmp"}) {
-        const CWorkingDirectory directory;
+        const CPictureDirectory directory;
         Write(Glyphs::Boxes);
         directory.Remove(szMissing);
         CStageWnd wnd;

@@ -1,8 +1,8 @@
 #include "widgets/FineDial.h"
 #include "widgets/NeedleGeometry.h"
+#include "widgets/PictureDirectory.h"
 #include "widgets/TestArtwork.h"
 #include "widgets/WidgetStage.h"
-#include "window/WorkingDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -75,7 +75,7 @@ protected:
         EXPECT_EQ(m_wnd.RowRun(DIAL.left + nLeft, y), (CStageWnd::Run{DIAL.left + nLeft, DIAL.left + nEnd}));
     }
 
-    CWorkingDirectory m_directory;
+    CPictureDirectory m_directory;
     CStageWnd m_wnd;
     CFineDial m_dial;
 };
@@ -330,7 +330,7 @@ TEST_F(FineDialTest, TextTakesItsColorWithTheNextFullDraw) {
 TEST_F(FineDialTest, ShowsWhatRemainsWithoutItsFiles) {
     for (const char* szMissing : {"NumBev.bmp", "Label.bmp", "Circle.bmp"}) {
         SCOPED_TRACE(szMissing);
-        const CWorkingDirectory directory;
+        const CPictureDirectory directory;
         Write(Glyphs::Boxes);
         directory.Remove(szMissing);
         CFineDial dial;

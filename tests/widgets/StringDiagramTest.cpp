@@ -1,9 +1,9 @@
 #include "platform/drawing/GraphicsSession.h"
 #include "platform/drawing/SysColors.h"
+#include "widgets/PictureDirectory.h"
 #include "widgets/StringDiagram.h"
 #include "widgets/TestArtwork.h"
 #include "widgets/WidgetStage.h"
-#include "window/WorkingDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -59,7 +59,7 @@ protected:
     StringDiagramTest() { Write(Glyphs::Boxes); }
 
     CGraphicsSession m_session;
-    CWorkingDirectory m_directory;
+    CPictureDirectory m_directory;
     CStageWnd m_wnd;
     CStringDiagram m_diagram;
 };
@@ -122,7 +122,7 @@ TEST_F(StringDiagramTest, AllPicturesBeginOnOneRow) {
 
 TEST_F(StringDiagramTest, NeedsItsThreeFiles) {
     for (const char* szMissing : {"string1.bmp", "string2.bmp", "string3.bmp"}) {
-        const CWorkingDirectory directory;
+        const CPictureDirectory directory;
         Write(Glyphs::Boxes);
         directory.Remove(szMissing);
         CStringDiagram diagram;

@@ -20,14 +20,18 @@ constexpr COLORREF BELOW = 0x050505;
 template <std::size_t N>
 void WriteStrip(const CString& strName, const std::array<int, N>& edges, COLORREF (*pfnColor)(int),
                 const std::function<bool(int k, int x, int y)>& fnInk) {
-    WriteBitmap(strName + "Clr.bmp", edges.back(), STRIP_HEIGHT, [](int, int) { return COLORREF{0}; });
-    WriteBitmap(strName + "Bev.bmp", edges.back(), STRIP_HEIGHT, [&](int x, int y) {
+    const auto isInk = [&](int x, int y) {
         const auto itNext = std::upper_bound(edges.begin(), edges.end(), x);
-        const int k = static_cast<int>(itNext - edges.begin()) - 1;
+        return fnInk(static_cast<int>(itNext - edges.begin()) - 1, x - *(itNext - 1), y);
+    };
+    WriteBitmap(strName + "Clr.bmp", edges.back(), STRIP_HEIGHT,
+                [&](int x, int y) { return isInk(x, y) ? 0 : WHITE; });
+    WriteBitmap(strName + "Bev.bmp", edges.back(), STRIP_HEIGHT, [&](int x, int y) {
         if (y >= GLYPH_HEIGHT) {
             return BELOW;
         }
-        return fnInk(k, x - *(itNext - 1), y) ? pfnColor(k) : WHITE;
+        const auto itNext = std::upper_bound(edges.begin(), edges.end(), x);
+        return isInk(x, y) ? pfnColor(static_cast<int>(itNext - edges.begin()) - 1) : WHITE;
     });
 }
 

@@ -6,6 +6,7 @@
 #include "platform/drawing/SysColors.h"
 #include "platform/windows/ClientDc.h"
 
+#include <algorithm>
 #include <fstream>
 #include <mutex>
 
@@ -13,27 +14,6 @@ namespace {
 
 // No widget draws it.
 constexpr COLORREF UNTOUCHED = 0xFE01FE;
-
-testing::AssertionResult Compare(const CStageWnd& wnd, const RECT& rc, const ExpectedColor& fnExpected) {
-    int nWrong = 0;
-    CString strFirst;
-    for (int y = rc.top; y < rc.bottom; ++y) {
-        for (int x = rc.left; x < rc.right; ++x) {
-            const COLORREF clrExpected = fnExpected(x, y);
-            const COLORREF clr = wnd.GetPixel(x, y);
-            if (clrExpected == CLR_INVALID || clr == clrExpected) {
-                continue;
-            }
-            if (nWrong++ == 0) {
-                strFirst = FormatText("(%d, %d) is %06X instead of %06X", x, y, clr, clrExpected);
-            }
-        }
-    }
-    if (nWrong == 0) {
-        return testing::AssertionSuccess();
-    }
-    return testing::AssertionFailure() << nWrong << " pixels differ, first " << strFirst;
-}
 
 }  // namespace
 
@@ -97,11 +77,38 @@ void PrintTo(const CStageWnd::Run& run, std::ostream* pStream) {
 }
 
 testing::AssertionResult PixelsAre(const CStageWnd& wnd, const RECT& rc, const ExpectedColor& fnExpected) {
-    return Compare(wnd, rc, fnExpected);
+    int nWrong = 0;
+    CString strFirst;
+    for (int y = rc.top; y < rc.bottom; ++y) {
+        for (int x = rc.left; x < rc.right; ++x) {
+            const COLORREF clrExpected = fnExpected(x, y);
+            const COLORREF clr = wnd.GetPixel(x, y);
+            if (clrExpected == CLR_INVALID || clr == clrExpected) {
+                continue;
+            }
+            if (nWrong++ == 0) {
+                strFirst = FormatText("(%d, %d) is %06X instead of %06X", x, y, clr, clrExpected);
+            }
+        }
+    }
+    if (nWrong == 0) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure() << nWrong << " pixels differ, first " << strFirst;
 }
 
 testing::AssertionResult ShowTheSame(const CStageWnd& wnd, const CStageWnd& wndExpected, const RECT& rc) {
-    return Compare(wnd, rc, [&](int x, int y) { return wndExpected.GetPixel(x, y); });
+    const CSurface& surface = wnd.GetPicture().GetSurface();
+    const CSurface& expected = wndExpected.GetPicture().GetSurface();
+    bool bSame = true;
+    for (int y = rc.top; y < rc.bottom && bSame; ++y) {
+        const Pixel* const pRow = surface.GetRow(y);
+        bSame = std::equal(pRow + rc.left, pRow + rc.right, expected.GetRow(y) + rc.left);
+    }
+    if (bSame) {
+        return testing::AssertionSuccess();
+    }
+    return PixelsAre(wnd, rc, [&](int x, int y) { return wndExpected.GetPixel(x, y); });
 }
 
 testing::AssertionResult TouchesExactly(const std::function<void(CDC*)>& fnDraw,
