@@ -103,8 +103,9 @@ void Release(const CWnd& wnd, POINT pt, bool bRight) {
     QTest::mouseRelease(&MouseWidgetOf(wnd), bRight ? Qt::RightButton : Qt::LeftButton, {}, ToPoint(pt));
 }
 
-void Click(const CWnd& wnd, POINT pt) {
-    QTest::mouseClick(&MouseWidgetOf(wnd), Qt::LeftButton, {}, ToPoint(pt));
+void Click(const CWnd& wnd, POINT pt, bool bControl) {
+    QTest::mouseClick(&MouseWidgetOf(wnd), Qt::LeftButton, bControl ? Qt::ControlModifier : Qt::NoModifier,
+                      ToPoint(pt));
 }
 
 void DoubleClick(const CWnd& wnd, POINT pt) {
@@ -191,6 +192,17 @@ void CloseModal() {
     if (QWidget* const pModal = QApplication::activeModalWidget()) {
         pModal->close();
     }
+}
+
+CString TextOf(const CWnd& control) {
+    const auto* const pLabel = qobject_cast<const QLabel*>(&WidgetOf(control));
+    return pLabel != nullptr ? pLabel->text().toStdString() : CString();
+}
+
+void SetFaceColor(COLORREF clr) {
+    QPalette palette = QApplication::palette();
+    palette.setColor(QPalette::Button, QColor(GetRed(clr), GetGreen(clr), GetBlue(clr)));
+    QApplication::setPalette(palette);
 }
 
 bool IsTextCut(const CWnd& control) {

@@ -24,7 +24,7 @@ void Later(std::function<void()> fnAction);
 // Client coordinates.
 void Press(const CWnd& wnd, POINT pt, bool bRight = false);
 void Release(const CWnd& wnd, POINT pt, bool bRight = false);
-void Click(const CWnd& wnd, POINT pt);
+void Click(const CWnd& wnd, POINT pt, bool bControl = false);
 void DoubleClick(const CWnd& wnd, POINT pt);
 void Move(const CWnd& wnd, POINT pt);
 // As the window system does: to whatever widget of the window lies there.
@@ -60,6 +60,10 @@ CString ModalTitle();
 CString ModalText();
 void CloseModal();
 
+// The text that a control really shows.
+CString TextOf(const CWnd& control);
+// The desktop takes another colour for the faces of things.
+void SetFaceColor(COLORREF clr);
 // A control's text doesn't fit its rectangle.
 bool IsTextCut(const CWnd& control);
 int CountTopLevelWidgets();

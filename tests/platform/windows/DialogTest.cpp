@@ -1,0 +1,184 @@
+#include "platform/windows/Dialog.h"
+#include "platform/windows/MessageBox.h"
+#include "platform/windows/support/RecordingWnd.h"
+#include "platform/windows/support/Toolkit.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr int g_nEscape = 0x01000000;
+constexpr int g_nReturn = 0x01000004;
+constexpr int g_nTab = 0x01000001;
+
+constexpr std::array g_controls{
+    DialogControl{
+        DialogControlKind::Static, -1,
+        "Move the slider bar to change the center frequency.  The standard A note has a frequency of 440 "
+        "Hz.  Changing the A note frequency will shift all other notes accordingly.",
+        7, 7, 167, 39},
+    DialogControl{DialogControlKind::Static, 50, "过高时的颜色", 146, 60, 58, 8},
+    DialogControl{DialogControlKind::Edit, 1001, "", 143, 72, 40, 14, WS_BORDER},
+    DialogControl{DialogControlKind::Button, 1003, "恢复默认颜色设置", 17, 84, 95, 14},
+    DialogControl{DialogControlKind::DefaultButton, IDOK, "确定", 229, 7, 50, 14},
+    DialogControl{DialogControlKind::Button, IDCANCEL, "取消", 229, 24, 50, 14},
+};
+constexpr DialogTemplate g_template{9, "标题", 286, 135, g_controls};
+
+class CTestDialog : public CDialog {
+public:
+    explicit CTestDialog(CWnd* pParent = nullptr) : CDialog(g_template, pParent) {}
+    std::function<void(CTestDialog&)> m_fnInit;
+    std::function<void()> m_fnOK;
+
+protected:
+    bool OnInitDialog() override {
+        CDialog::OnInitDialog();
+        if (m_fnInit) {
+            m_fnInit(*this);
+        }
+        return true;
+    }
+    void OnOK() override {
+        if (m_fnOK) {
+            m_fnOK();
+            return;
+        }
+        CDialog::OnOK();
+    }
+};
+
+// What the dialog returns when this is done in it.
+int RunWith(CTestDialog& dialog, const std::function<void()>& fnAction) {
+    toolkit::Later(fnAction);
+    return dialog.DoModal();
+}
+
+TEST(Dialog, EachWayOutGivesItsResult) {
+    CTestDialog dialog;
+    const auto edit = [&dialog]() -> CWnd& { return *dialog.GetDlgItem(1001); };
+    EXPECT_EQ(RunWith(dialog, [&] { toolkit::Click(*dialog.GetDlgItem(IDOK), {5, 5}); }), IDOK);
+    EXPECT_EQ(RunWith(dialog, [&] { toolkit::Click(*dialog.GetDlgItem(IDCANCEL), {5, 5}); }), IDCANCEL);
+    EXPECT_EQ(RunWith(dialog, [&] { toolkit::Key(edit(), g_nReturn, "\r"); }), IDOK);
+    EXPECT_EQ(RunWith(dialog, [&] { toolkit::Key(edit(), g_nEscape, "\x1b"); }), IDCANCEL);
+    EXPECT_EQ(RunWith(dialog, [&] { toolkit::CloseBox(dialog); }), IDCANCEL);
+    EXPECT_EQ(RunWith(dialog, [&] { dialog.EndDialog(77); }), 77);
+    EXPECT_FALSE(dialog.IsWindow());
+    EXPECT_EQ(dialog.GetDlgItem(1001), nullptr);
+    EXPECT_EQ(dialog.GetDlgItemText(1001), "");
+}
+
+TEST(Dialog, MayRefuseToCloseOrEndBeforeItShows) {
+    CTestDialog dialog;
+    int nRefused = 0;
+    dialog.m_fnOK = [&nRefused] { ++nRefused; };
+    EXPECT_EQ(RunWith(dialog,
+                      [&] {
+                          toolkit::Click(*dialog.GetDlgItem(IDOK), {5, 5});
+                          EXPECT_TRUE(dialog.IsWindowVisible());
+                          toolkit::Click(*dialog.GetDlgItem(IDCANCEL), {5, 5});
+                      }),
+              IDCANCEL);
+    EXPECT_EQ(nRefused, 1);
+    dialog.m_fnInit = [](CTestDialog& self) { self.EndDialog(5); };
+    EXPECT_EQ(dialog.DoModal(), 5);
+}
+
+TEST(Dialog, TakesTheKeyboardAndMovesItWithTab) {
+    CTestDialog dialog;
+    dialog.m_fnInit = [](CTestDialog& self) { self.SetDlgItemText(1001, "440.0"); };
+    EXPECT_EQ(RunWith(dialog,
+                      [&] {
+                          EXPECT_TRUE(toolkit::WaitUntil(
+                              [&] { return CWnd::GetFocus() == dialog.GetDlgItem(1001); }));
+                          // The text is selected, so that typing replaces it.
+                          toolkit::TypeText(*dialog.GetDlgItem(1001), "441.5");
+                          EXPECT_EQ(dialog.GetDlgItemText(1001), "441.5");
+                          toolkit::Key(*dialog.GetDlgItem(1001), g_nTab, "\t");
+                          EXPECT_EQ(CWnd::GetFocus(), dialog.GetDlgItem(1003));
+                          toolkit::Key(*dialog.GetDlgItem(1003), g_nTab, "\t");
+                          EXPECT_EQ(CWnd::GetFocus(), dialog.GetDlgItem(IDOK));
+                          dialog.EndDialog(IDOK);
+                      }),
+              IDOK);
+}
+
+TEST(Dialog, UnitsFollowTheFontAndNoTextIsCut) {
+    CTestDialog dialog;
+    RunWith(dialog, [&dialog] {
+        const RECT rcDialog = dialog.GetClientRect();
+        // 286 by 135 units of a font about 6 pixels wide and 13 high.
+        EXPECT_NEAR(rcDialog.Width(), 286 * 6 / 4, 286 / 4);
+        EXPECT_NEAR(rcDialog.Height(), 135 * 13 / 8, 135 * 2 / 8);
+        for (const int nId : {-1, 50, 1001, 1003, IDOK, IDCANCEL}) {
+            const CWnd& control = *dialog.GetDlgItem(nId);
+            EXPECT_FALSE(toolkit::IsTextCut(control)) << nId;
+            POINT pt{};
+            control.ClientToScreen(pt);
+            dialog.ScreenToClient(pt);
+            EXPECT_GE(pt.x, 0);
+            EXPECT_LE(pt.x + control.GetClientRect().Width(), rcDialog.Width());
+        }
+        const RECT rcOK = dialog.GetDlgItem(IDOK)->GetClientRect();
+        EXPECT_NEAR(rcOK.Width() * 286.0 / 50.0, rcDialog.Width(), 6.0);
+        toolkit::SavePicture(dialog, "dialog-units.png");
+        dialog.EndDialog(IDOK);
+    });
+}
+
+// The owner's window goes while a dialog is open over it, by a signal for instance: nothing may be left
+// hanging.
+TEST(Dialog, GoesWithItsOwner) {
+    std::vector<std::string> log;
+    CRecordingWnd owner(log);
+    ASSERT_TRUE(owner.Open(200, 200));
+    owner.ShowWindow(SW_SHOW);
+    CTestDialog dialog(&owner);
+    EXPECT_EQ(RunWith(dialog,
+                      [&] {
+                          EXPECT_EQ(toolkit::ModalTitle(), "标题");
+                          owner.DestroyWindow();
+                          EXPECT_FALSE(dialog.IsWindow());
+                      }),
+              IDCANCEL);
+    EXPECT_EQ(toolkit::ModalTitle(), "");
+    EXPECT_EQ(log.back(), "gone");
+    // And one over a dialog over an owner.
+    ASSERT_TRUE(owner.Open(200, 200));
+    owner.ShowWindow(SW_SHOW);
+    int nInner = 0;
+    EXPECT_EQ(RunWith(dialog,
+                      [&] {
+                          toolkit::Later([&] { owner.DestroyWindow(); });
+                          nInner = MessageBox(&dialog, "text", "caption", MB_ICONEXCLAMATION);
+                      }),
+              IDCANCEL);
+    EXPECT_EQ(nInner, IDOK);
+    EXPECT_EQ(toolkit::ModalTitle(), "");
+}
+
+TEST(MessageBoxes, ShowTheirTextAndEndByButtonKeyOrOwner) {
+    std::vector<std::string> log;
+    CRecordingWnd owner(log);
+    ASSERT_TRUE(owner.Open(200, 200));
+    owner.ShowWindow(SW_SHOW);
+    toolkit::Later([] {
+        EXPECT_EQ(toolkit::ModalTitle(), "Invalid Number");
+        EXPECT_EQ(toolkit::ModalText(), "Please enter <a number> & more");
+        toolkit::CloseModal();
+    });
+    EXPECT_EQ(MessageBox(&owner, "Please enter <a number> & more", "Invalid Number", MB_ICONEXCLAMATION),
+              IDOK);
+    toolkit::Later([&owner] { owner.DestroyWindow(); });
+    EXPECT_EQ(MessageBox(&owner, "text", "caption", MB_OK), IDOK);
+    toolkit::Later([] { toolkit::CloseModal(); });
+    EXPECT_EQ(MessageBox(nullptr, "text", "caption", MB_OK), IDOK);
+}
+
+}  // namespace

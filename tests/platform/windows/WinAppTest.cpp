@@ -1,0 +1,115 @@
+#include "platform/windows/MessageBox.h"
+#include "platform/windows/WinApp.h"
+#include "platform/windows/support/RecordingWnd.h"
+#include "platform/windows/support/Toolkit.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using Log = std::vector<std::string>;
+
+class CMain : public CRecordingWnd {
+public:
+    using CRecordingWnd::CRecordingWnd;
+    ~CMain() override { Note("deleted"); }
+    std::function<void()> m_fnOnClose;
+
+protected:
+    LRESULT WindowProc(UINT nMessage, WPARAM wParam, LPARAM lParam) override {
+        const LRESULT lResult = CRecordingWnd::WindowProc(nMessage, wParam, lParam);
+        if (nMessage == WM_CLOSE) {
+            // The object is still whole after the window has gone.
+            Note("closed");
+        }
+        return lResult;
+    }
+    void PostNcDestroy() override {
+        CRecordingWnd::PostNcDestroy();
+        GetApp()->DeleteMainWnd(*this);
+    }
+};
+
+class CTestApp : public CWinApp {
+public:
+    explicit CTestApp(std::function<bool(CTestApp&)> fnInit) : m_fnInit(std::move(fnInit)) {}
+    bool InitInstance() override { return m_fnInit(*this); }
+
+private:
+    std::function<bool(CTestApp&)> m_fnInit;
+};
+
+// Makes the main window and shows it, and does something to it once the loop runs.
+auto Starting(Log& log, std::function<void(CWnd&)> fnThen) {
+    return [&log, fnThen = std::move(fnThen)](CTestApp& app) {
+        auto pMain = std::make_unique<CMain>(log);
+        EXPECT_TRUE(pMain->Open(100, 100));
+        pMain->ShowWindow(app.GetShowCommand());
+        app.SetMainWnd(std::move(pMain));
+        toolkit::Later([&app, fnThen] { fnThen(*app.GetMainWnd()); });
+        return true;
+    };
+}
+
+TEST(WinApp, EndsWithItsMainWindowAndDeletesItWhenItsHandlersAreDone) {
+    Log log;
+    CTestApp app(Starting(log, [&log](CWnd& wnd) {
+        log.clear();
+        toolkit::CloseBox(wnd);
+    }));
+    EXPECT_EQ(GetApp(), &app);
+    EXPECT_EQ(app.Main(), 0);
+    EXPECT_THAT(log, ::testing::ElementsAre("close", "destroy", "gone", "closed", "deleted"));
+    EXPECT_EQ(app.GetMainWnd(), nullptr);
+}
+
+TEST(WinApp, AStartThatFailsEndsTheProcessWithAnError) {
+    Log log;
+    CTestApp refusing([](CTestApp&) { return false; });
+    EXPECT_EQ(refusing.Main(), 1);
+    // A main window whose creation was refused: nothing stays behind, the object is deleted.
+    CTestApp broken([&log](CTestApp& app) {
+        auto pMain = std::make_unique<CMain>(log);
+        pMain->m_nCreateResult = -1;
+        EXPECT_FALSE(pMain->Open(100, 100));
+        app.SetMainWnd(std::move(pMain));
+        return true;
+    });
+    EXPECT_EQ(broken.Main(), 1);
+    EXPECT_THAT(log, ::testing::ElementsAre("create", "destroy", "gone", "deleted"));
+}
+
+TEST(WinApp, SignalsCloseInOrderAlsoUnderAModalBox) {
+    for (const int nSignal : {SIGTERM, SIGHUP, SIGINT}) {
+        Log log;
+        CTestApp app(Starting(log, [&log, nSignal](CWnd& wnd) {
+            log.clear();
+            toolkit::Later([nSignal] { raise(nSignal); });
+            EXPECT_EQ(MessageBox(&wnd, "still there", "caption", MB_OK), IDOK);
+            // The handler that had opened it comes to its end with its object whole.
+            EXPECT_FALSE(wnd.IsWindow());
+            wnd.SetWindowText("harmless");
+        }));
+        EXPECT_EQ(app.Main(), 0) << nSignal;
+        EXPECT_THAT(log, ::testing::ElementsAre("close", "destroy", "gone", "closed", "deleted"));
+    }
+    // While the program is still starting there is no window to close: what waits for an answer gets none.
+    Log log;
+    CTestApp app([&log](CTestApp& self) {
+        toolkit::Later([] { raise(SIGTERM); });
+        MessageBox(nullptr, "no device", "caption", MB_ICONEXCLAMATION);
+        return Starting(log, [](CWnd&) {})(self);
+    });
+    EXPECT_EQ(app.Main(), 0);
+    EXPECT_EQ(log.back(), "deleted");
+}
+
+}  // namespace
