@@ -5,7 +5,7 @@
 #   sink mic_feed    "Microphone Feed"   what is played here is heard by the microphone
 #   source mic       "Test Microphone"   default source, the only real one
 # A second microphone:  pactl load-module module-remap-source source_name=... master=mic_feed.monitor
-#                             source_properties='device.description="..."'
+#                             source_properties="'device.description=\"...\"'"
 
 # prepare DIR OWNER: the directory, private to this user, and who it is for.
 prepare() {

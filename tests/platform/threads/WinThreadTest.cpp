@@ -1,0 +1,96 @@
+#include "platform/threads/Event.h"
+#include "platform/threads/Sleep.h"
+#include "platform/threads/WinThread.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <memory>
+
+namespace {
+
+int NiceOfThisThread() {
+    return getpriority(PRIO_PROCESS, static_cast<id_t>(gettid()));
+}
+
+TEST(WinThread, IsSuspendedUntilResumedAndGivesItsExitCode) {
+    std::atomic<bool> bRan = false;
+    const auto pThread = CWinThread::Create(
+        [&] {
+            bRan = true;
+            return -3;
+        },
+        THREAD_PRIORITY_NORMAL);
+    ASSERT_TRUE(pThread);
+    EXPECT_FALSE(pThread->WaitForEnd(30));
+    EXPECT_FALSE(bRan);
+    EXPECT_EQ(pThread->GetExitCode(), std::nullopt);
+    EXPECT_TRUE(pThread->ResumeThread());
+    EXPECT_FALSE(pThread->ResumeThread());
+    ASSERT_TRUE(pThread->WaitForEnd(10000));
+    EXPECT_TRUE(bRan);
+    EXPECT_EQ(pThread->GetExitCode(), -3);
+}
+
+TEST(WinThread, BelowNormalLowersThatThreadAlone) {
+    const int nBefore = NiceOfThisThread();
+    int nNormal = 0;
+    int nBelow = 0;
+    for (const auto& [pnNice, nPriority] :
+         {std::pair{&nNormal, THREAD_PRIORITY_NORMAL}, std::pair{&nBelow, THREAD_PRIORITY_BELOW_NORMAL}}) {
+        const auto pThread = CWinThread::Create(
+            [pnNice] {
+                *pnNice = NiceOfThisThread();
+                return 0;
+            },
+            nPriority);
+        ASSERT_TRUE(pThread && pThread->ResumeThread() && pThread->WaitForEnd(10000));
+    }
+    EXPECT_EQ(nNormal, nBefore);
+    EXPECT_EQ(nBelow, std::min(nBefore + 5, 19));
+    EXPECT_EQ(NiceOfThisThread(), nBefore);
+}
+
+TEST(WinThread, DroppedWhileSuspendedItNeverRuns) {
+    const auto pHeld = std::make_shared<std::atomic<bool>>(false);
+    CWinThread::Create(
+        [pHeld] {
+            *pHeld = true;
+            return 0;
+        },
+        THREAD_PRIORITY_NORMAL)
+        .reset();
+    EXPECT_FALSE(*pHeld);
+    EXPECT_EQ(pHeld.use_count(), 1);
+}
+
+TEST(WinThread, AbandonedItKeepsWhatItHoldsUntilItEnds) {
+    struct Held {
+        CEvent go;
+        std::atomic<bool> bReached = false;
+    };
+    const auto pHeld = std::make_shared<Held>();
+    const std::weak_ptr<Held> pWeak = pHeld;
+    {
+        auto pThread = CWinThread::Create(
+            [pHeld] {
+                pHeld->go.Wait(10000);
+                pHeld->bReached = true;
+                return 0;
+            },
+            THREAD_PRIORITY_BELOW_NORMAL);
+        ASSERT_TRUE(pThread && pThread->ResumeThread());
+        EXPECT_FALSE(pThread->WaitForEnd(20));
+    }
+    EXPECT_GT(pHeld.use_count(), 1);
+    pHeld->go.SetEvent();
+    for (int i = 0; i < 1000 && pHeld.use_count() > 1; ++i) {
+        Sleep(5);
+    }
+    EXPECT_TRUE(pHeld->bReached);
+    EXPECT_EQ(pHeld.use_count(), 1);
+}
+
+}  // namespace
