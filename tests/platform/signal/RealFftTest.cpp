@@ -1,0 +1,107 @@
+#include "platform/signal/AlignedArray.h"
+#include "platform/signal/RealFft.h"
+#include "support/SyntheticString.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <complex>
+#include <numbers>
+#include <thread>
+#include <vector>
+
+namespace {
+
+// The sum that a forward transform is, bin k of N/2 + 1.
+std::complex<double> DirectBin(const std::vector<float>& samples, std::size_t k) {
+    std::complex<double> sum;
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        const double dTurn =
+            static_cast<double>(k * i % samples.size()) / static_cast<double>(samples.size());
+        sum += static_cast<double>(samples[i]) * std::polar(1.0, -2.0 * std::numbers::pi * dTurn);
+    }
+    return sum;
+}
+
+// The transform in a buffer that starts nShift floats past a well aligned address.
+std::vector<float> Transform(const std::vector<float>& samples, int nOrder, int nShift = 0) {
+    CAlignedArray<float> buffer;
+    EXPECT_TRUE(buffer.Allocate(static_cast<int>(samples.size()) + 2 + nShift));
+    float* pfBuffer = buffer.Data() + nShift;
+    std::copy(samples.begin(), samples.end(), pfBuffer);
+    nspsRealFft(pfBuffer, nOrder, NSP_FORWARD);
+    return {pfBuffer, pfBuffer + samples.size() + 2};
+}
+
+TEST(RealFft, EqualsTheSumThatDefinesIt) {
+    for (int nOrder = 0; nOrder <= 9; ++nOrder) {
+        const std::vector<float> samples = MakeNoise(1 << nOrder, 1000.0, 7);
+        for (const int nShift : {0, 1, 4}) {
+            const std::vector<float> spectrum = Transform(samples, nOrder, nShift);
+            for (std::size_t k = 0; k <= samples.size() / 2; ++k) {
+                const std::complex<double> expected = DirectBin(samples, k);
+                EXPECT_NEAR(spectrum[2 * k], expected.real(), 0.02) << nOrder << ' ' << k;
+                EXPECT_NEAR(spectrum[2 * k + 1], expected.imag(), 0.02) << nOrder << ' ' << k;
+            }
+        }
+    }
+}
+
+// Without scaling, and with the exponent negative: a sine of amplitude A in bin k gives -i A N / 2.
+TEST(RealFft, SignAndScaleAreThoseOfAnUnscaledForwardTransform) {
+    std::vector<float> sine(1024);
+    for (std::size_t i = 0; i < sine.size(); ++i) {
+        sine[i] = static_cast<float>(
+            3.0 * std::sin(2.0 * std::numbers::pi * 100.0 * static_cast<double>(i) / 1024.0));
+    }
+    const std::vector<float> spectrum = Transform(sine, 10);
+    EXPECT_NEAR(spectrum[200], 0.0, 1e-3);
+    EXPECT_NEAR(spectrum[201], -3.0 * 512.0, 1e-3);
+}
+
+TEST(RealFft, WhatItDoesNotKnowLeavesTheBufferAlone) {
+    EXPECT_FALSE(nspsPrepareRealFft(-1));
+    EXPECT_FALSE(nspsPrepareRealFft(MAX_FFT_ORDER + 1));
+    std::vector<float> buffer = {1, 2, 3, 4, 5, 6};
+    const std::vector<float> before = buffer;
+    nspsRealFft(buffer.data(), -1, NSP_FORWARD);
+    nspsRealFft(buffer.data(), MAX_FFT_ORDER + 1, NSP_FORWARD);
+    nspsRealFft(buffer.data(), 2, 2);
+    EXPECT_EQ(buffer, before);
+}
+
+TEST(RealFft, ReleasedTablesComeBackAndGiveTheSameBits) {
+    const std::vector<float> samples = MakeNoise(1024, 30000.0, 3);
+    nspFreeBitRevTbls();
+    nspcFreeTwdTbls();
+    const std::vector<float> first = Transform(samples, 10);
+    nspFreeBitRevTbls();
+    nspFreeBitRevTbls();
+    nspcFreeTwdTbls();
+    EXPECT_TRUE(nspsPrepareRealFft(10));
+    EXPECT_EQ(Transform(samples, 10), first);
+}
+
+// Threads that meet at the planner, on the same and on different orders.
+TEST(RealFft, FirstTransformsOnSeveralThreadsAtOnce) {
+    for (int nRound = 0; nRound < 5; ++nRound) {
+        nspFreeBitRevTbls();
+        nspcFreeTwdTbls();
+        std::vector<std::thread> threads;
+        std::vector<std::vector<float>> spectra(4);
+        for (std::size_t t = 0; t < spectra.size(); ++t) {
+            threads.emplace_back([t, &spectra] {
+                const int nOrder = 8 + static_cast<int>(t % 2);
+                for (int i = 0; i < 20; ++i) {
+                    spectra[t] = Transform(MakeNoise(1 << nOrder, 100.0, 5), nOrder);
+                }
+            });
+        }
+        std::for_each(threads.begin(), threads.end(), [](std::thread& thread) { thread.join(); });
+        EXPECT_EQ(spectra[0], spectra[2]);
+        EXPECT_EQ(spectra[1], spectra[3]);
+    }
+}
+
+}  // namespace
