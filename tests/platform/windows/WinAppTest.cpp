@@ -48,13 +48,15 @@ private:
 };
 
 // Makes the main window and shows it, and does something to it once the loop runs.
-auto Starting(Log& log, std::function<void(CWnd&)> fnThen) {
+auto Starting(Log& log, std::function<void(CWnd&)> fnThen = {}) {
     return [&log, fnThen = std::move(fnThen)](CTestApp& app) {
         auto pMain = std::make_unique<CMain>(log);
         EXPECT_TRUE(pMain->Open(100, 100));
         pMain->ShowWindow(app.GetShowCommand());
         app.SetMainWnd(std::move(pMain));
-        toolkit::Later([&app, fnThen] { fnThen(*app.GetMainWnd()); });
+        if (fnThen) {
+            toolkit::Later([&app, fnThen] { fnThen(*app.GetMainWnd()); });
+        }
         return true;
     };
 }
@@ -106,7 +108,7 @@ TEST(WinApp, SignalsCloseInOrderAlsoUnderAModalBox) {
     CTestApp app([&log](CTestApp& self) {
         toolkit::Later([] { raise(SIGTERM); });
         MessageBox(nullptr, "no device", "caption", MB_ICONEXCLAMATION);
-        return Starting(log, [](CWnd&) {})(self);
+        return Starting(log)(self);
     });
     EXPECT_EQ(app.Main(), 0);
     EXPECT_EQ(log.back(), "deleted");
