@@ -6,12 +6,12 @@ find_package(Threads REQUIRED)
 add_library(fretvane_flags INTERFACE)
 target_compile_options(fretvane_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wnon-virtual-dtor
-    -Woverloaded-virtual -Wcast-align -Wformat=2 -Wnull-dereference -Werror)
+    -Woverloaded-virtual -Wcast-align -Wformat=2 -Werror)
 # Sums are rounded to float at each step, in the order written: nothing may contract or reorder them.
 target_compile_options(fretvane_flags INTERFACE -ffp-contract=off -fno-fast-math)
 if(FRETVANE_SANITIZE)
     target_compile_options(fretvane_flags INTERFACE -fsanitize=${FRETVANE_SANITIZE} -fno-omit-frame-pointer -g
-        -fno-sanitize-recover=all -Wno-null-dereference)
+        -fno-sanitize-recover=all)
     target_link_options(fretvane_flags INTERFACE -fsanitize=${FRETVANE_SANITIZE})
 endif()
 

@@ -47,9 +47,25 @@ int Luminance(std::uint32_t color) {
            1000;
 }
 
-// Ink on the white ground, whatever the text's colour.
-bool IsInk(std::uint32_t color) {
-    return color != 0xFFFFFFU && Luminance(color) < 192;
+// The dial's head line as ink (1) and ground (0). Ink is what is darker than halfway from the white ground to
+// the darkest pixel there, whatever the text's colour: the same half of an edge pixel that the strips call
+// ink.
+Picture HeadLineInk(const Picture& window) {
+    Picture ink{window.nWidth, window.nHeight, std::vector<std::uint32_t>(window.pixels.size())};
+    const auto forEach = [](const auto& visit) {
+        for (int y = DIAL_Y + 20; y < DIAL_Y + 20 + GLYPH_ROWS; ++y) {
+            for (int x = DIAL_X + 20; x < DIAL_X + 235; ++x) {
+                visit(x, y);
+            }
+        }
+    };
+    int nDarkest = 255;
+    forEach([&](int x, int y) { nDarkest = std::min(nDarkest, Luminance(window.At(x, y))); });
+    forEach([&](int x, int y) {
+        ink.pixels[static_cast<std::size_t>(y * window.nWidth + x)] =
+            Luminance(window.At(x, y)) < (255 + nDarkest) / 2 ? 1 : 0;
+    });
+    return ink;
 }
 
 int Width(std::span<const int> edges, int nGlyph) {
@@ -72,7 +88,7 @@ bool CDisplayReader::Load(const std::filesystem::path& dataDirectory) {
     return true;
 }
 
-double CDisplayReader::Agreement(const Picture& window, const Strip& strip, int xSource, int cx, int x,
+double CDisplayReader::Agreement(const Picture& ink, const Strip& strip, int xSource, int cx, int x,
                                  int y) const {
     // Over the pixels that either holds ink: two thin strokes in different places must not look alike.
     int nEither = 0;
@@ -80,7 +96,7 @@ double CDisplayReader::Agreement(const Picture& window, const Strip& strip, int 
     for (int row = 0; row < GLYPH_ROWS; ++row) {
         for (int column = 0; column < cx; ++column) {
             const bool bShape = strip.Ink(xSource + column, row);
-            const bool bSeen = IsInk(window.At(x + column, y + row));
+            const bool bSeen = ink.At(x + column, y + row) != 0;
             nEither += bShape || bSeen ? 1 : 0;
             nBoth += bShape && bSeen ? 1 : 0;
         }
@@ -90,6 +106,7 @@ double CDisplayReader::Agreement(const Picture& window, const Strip& strip, int 
 
 DisplayedReading CDisplayReader::Read(const Picture& window) const {
     DisplayedReading reading;
+    const Picture ink = HeadLineInk(window);
 
     // The name is the spelling whose glyphs agree best, its empty remainder included.
     double fBest = 0.0;
@@ -98,17 +115,17 @@ DisplayedReading CDisplayReader::Read(const Picture& window) const {
         const int x = DIAL_X + 22;
         const int y = DIAL_Y + 20;
         double fAgreement = Agreement(
-            window, m_letters, LETTER_EDGES[static_cast<std::size_t>(spelling.nLetter)], nLetterWidth, x, y);
+            ink, m_letters, LETTER_EDGES[static_cast<std::size_t>(spelling.nLetter)], nLetterWidth, x, y);
         const int xSecond = x + nLetterWidth;
         if (spelling.nAccidental >= 0) {
             fAgreement =
-                std::min(fAgreement, Agreement(window, m_letters,
+                std::min(fAgreement, Agreement(ink, m_letters,
                                                LETTER_EDGES[static_cast<std::size_t>(spelling.nAccidental)],
                                                Width(LETTER_EDGES, spelling.nAccidental), xSecond, y));
         } else {
             for (int row = 0; row < GLYPH_ROWS; ++row) {
                 for (int column = xSecond; column < DIAL_X + 80; ++column) {
-                    fAgreement = IsInk(window.At(column, y + row)) ? 0.0 : fAgreement;
+                    fAgreement = ink.At(column, y + row) != 0 ? 0.0 : fAgreement;
                 }
             }
         }
@@ -126,8 +143,8 @@ DisplayedReading CDisplayReader::Read(const Picture& window) const {
         for (int nDigit = 0; nDigit < 10; ++nDigit) {
             // A cell's last columns may lie under the next one.
             const int cx = std::min(Width(DIGIT_EDGES, nDigit), 24);
-            best = std::max(best, {Agreement(window, m_digits, DIGIT_EDGES[static_cast<std::size_t>(nDigit)],
-                                             cx, DIAL_X + x, DIAL_Y + 20),
+            best = std::max(best, {Agreement(ink, m_digits, DIGIT_EDGES[static_cast<std::size_t>(nDigit)], cx,
+                                             DIAL_X + x, DIAL_Y + 20),
                                    nDigit});
         }
         return best.first < MIN_AGREEMENT ? -1 : best.second;
@@ -135,9 +152,9 @@ DisplayedReading CDisplayReader::Read(const Picture& window) const {
     const int nTens = bestDigit(143);
     const int nOnes = bestDigit(168);
     const double fPlus =
-        Agreement(window, m_digits, DIGIT_EDGES[PLUS], Width(DIGIT_EDGES, PLUS), DIAL_X + 119, DIAL_Y + 20);
+        Agreement(ink, m_digits, DIGIT_EDGES[PLUS], Width(DIGIT_EDGES, PLUS), DIAL_X + 119, DIAL_Y + 20);
     const double fMinus =
-        Agreement(window, m_digits, DIGIT_EDGES[MINUS], Width(DIGIT_EDGES, MINUS), DIAL_X + 125, DIAL_Y + 20);
+        Agreement(ink, m_digits, DIGIT_EDGES[MINUS], Width(DIGIT_EDGES, MINUS), DIAL_X + 125, DIAL_Y + 20);
     if (nTens >= 0 && nOnes >= 0 && std::max(fPlus, fMinus) > MIN_AGREEMENT) {
         reading.nCents = (fPlus > fMinus ? 1 : -1) * (10 * nTens + nOnes);
     }

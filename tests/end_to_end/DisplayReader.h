@@ -33,7 +33,7 @@ private:
         bool Ink(int x, int y) const { return (shape.At(x, y) & 0xFFU) < 128U; }
     };
 
-    double Agreement(const Picture& window, const Strip& strip, int xSource, int cx, int x, int y) const;
+    double Agreement(const Picture& ink, const Strip& strip, int xSource, int cx, int x, int y) const;
 
     Strip m_letters;
     Strip m_digits;

@@ -64,10 +64,10 @@ bool CVirtualScreen::Start(int nWidth, int nHeight) {
         return false;
     }
     const std::string geometry = std::to_string(nWidth) + "x" + std::to_string(nHeight) + "x24";
-    const bool bStarted =
-        m_server.Start({"Xvfb", "-displayfd", std::to_string(pipeEnds[1]), "-screen", "0", geometry, "-dpi",
-                        "96", "-fbdir", m_directory.GetPath().string(), "-nolisten", "tcp", "-noreset"},
-                       {}, m_directory.GetPath(), m_directory.GetPath() / "log", pipeEnds[1]);
+    const bool bStarted = m_server.Start(
+        {"Xvfb", "-displayfd", std::to_string(pipeEnds[1]), "-screen", "0", geometry, "-dpi", "96", "-fbdir",
+         m_directory.GetPath().string(), "-nolisten", "tcp", "-noreset", "-nocursor"},
+        {}, m_directory.GetPath(), m_directory.GetPath() / "log", pipeEnds[1]);
     close(pipeEnds[1]);
     // The server writes its number once it takes connections.
     std::string number;
