@@ -1,15 +1,18 @@
+#include "artwork/Accidentals.h"
 #include "artwork/Pictures.h"
 #include "artwork/Raster.h"
 #include "artwork/Typeface.h"
 
 #include <QtGui/QTransform>
-#include <array>
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <numbers>
 
 // The scale that the needle's tip follows: a circle around the pivot, 0.6 degrees a cent. The tip with its
-// round end reaches 184.5 pixels from the pivot; the ticks stand just outside.
+// round end reaches 184.5 pixels from the pivot. Ticks hang from a common circle further out, the longest
+// down to the tip: at the tip itself cents are less than two pixels apart, too close to tell one from the
+// next.
 
 namespace {
 
@@ -21,8 +24,11 @@ constexpr double DEGREES_A_CENT = 0.6;
 constexpr int LAST_CENT = 50;
 constexpr int IN_TUNE_CENTS = 5;
 
-constexpr double TICK_FOOT = 185.5;
-constexpr double NUMBER_RADIUS = 204.5;
+constexpr double TICK_TOP = 196.5;
+constexpr double CENT_FOOT = 191.5;
+constexpr double FIVE_FOOT = 188.5;
+constexpr double TEN_FOOT = 185.5;
+constexpr double NUMBER_RADIUS = 205.0;
 constexpr double NUMBER_CAP = 8.0;
 
 const QColor g_ink(0x30, 0x34, 0x3C);
@@ -30,8 +36,12 @@ const QColor g_fine(0x8C, 0x92, 0x9C);
 const QColor g_inTune(0xC4, 0xEB, 0xC8);
 const QColor g_side(0x9A, 0xA0, 0xAA);
 
+double AngleOf(double fCents) {
+    return fCents * DEGREES_A_CENT * std::numbers::pi / 180.0;
+}
+
 QPointF OnCircle(double fCents, double fRadius) {
-    const double fAngle = fCents * DEGREES_A_CENT * std::numbers::pi / 180.0;
+    const double fAngle = AngleOf(fCents);
     return {PIVOT_X + std::sin(fAngle) * fRadius, PIVOT_Y - std::cos(fAngle) * fRadius};
 }
 
@@ -51,24 +61,31 @@ QPainterPath Ring(double fFrom, double fTo, double fInner, double fOuter) {
     return path;
 }
 
-void PaintTick(QPainter& painter, int nCents) {
-    double fLength = 4.5;
-    double fWidth = 0.8;
-    QColor color = g_fine;
-    if (nCents % 10 == 0 || std::abs(nCents) == 25) {
-        fLength = 11.0;
-        fWidth = 1.6;
-        color = g_ink;
-    } else if (nCents % 5 == 0) {
-        fLength = 7.5;
-        fWidth = 1.2;
-        color = g_ink;
+// Up here cents are two pixels apart: each takes whole columns, row by row, so that there is always ground
+// between two of them, where smoothing would wash them into one grey.
+void PaintCents(QPainter& painter) {
+    for (int y = 0; y < SCALE_HEIGHT; ++y) {
+        const double fDown = PIVOT_Y - (y + 0.5);
+        for (int nCents = -LAST_CENT; nCents <= LAST_CENT; ++nCents) {
+            const double fRadius = fDown / std::cos(AngleOf(nCents));
+            const double fCover = std::clamp(fRadius - CENT_FOOT + 0.5, 0.0, 1.0) *
+                                  std::clamp(TICK_TOP - fRadius + 0.5, 0.0, 1.0);
+            if (fCover > 0.0) {
+                QColor color = nCents % 5 == 0 ? g_ink : g_fine;
+                color.setAlphaF(static_cast<float>(fCover));
+                const double x = PIVOT_X + fDown * std::tan(AngleOf(nCents));
+                painter.fillRect(QRectF(std::floor(x), y, 1.0, 1.0), color);
+            }
+        }
     }
-    if (nCents == 0) {
-        fWidth = 2.4;
-    }
-    painter.setPen(QPen(color, fWidth, Qt::SolidLine, Qt::FlatCap));
-    painter.drawLine(OnCircle(nCents, TICK_FOOT), OnCircle(nCents, TICK_FOOT + fLength));
+}
+
+// The lower part of a tick that is longer than those of single cents.
+void PaintFoot(QPainter& painter, int nCents) {
+    const bool bLong = nCents % 10 == 0 || std::abs(nCents) == 25;
+    const double fWidth = nCents == 0 ? 3.0 : bLong ? 1.6 : 1.2;
+    painter.setPen(QPen(g_ink, fWidth, Qt::SolidLine, Qt::FlatCap));
+    painter.drawLine(OnCircle(nCents, bLong ? TEN_FOOT : FIVE_FOOT), OnCircle(nCents, CENT_FOOT));
     painter.setPen(Qt::NoPen);
 }
 
@@ -80,14 +97,26 @@ void PaintNumber(QPainter& painter, int nCents) {
     painter.fillPath(text.translated(centre.x() - text.boundingRect().width() / 2.0, yBase), g_ink);
 }
 
+// Which side is too low and which too high, in the players' own signs, in the free corners.
+void PaintSide(QPainter& painter, const QPainterPath& sign, double fCentreX) {
+    constexpr double SIGN_SCALE = 0.5;
+    constexpr double SIGN_TOP = 8.0;
+    const QPainterPath small = QTransform::fromScale(SIGN_SCALE, SIGN_SCALE).map(sign);
+    const QRectF box = small.boundingRect();
+    painter.fillPath(small.translated(fCentreX - box.center().x(), SIGN_TOP - box.top()), g_side);
+}
+
 }  // namespace
 
 CPicture DrawDialScale() {
     return Paint(SCALE_WIDTH, SCALE_HEIGHT, Qt::white, [](QPainter& painter) {
-        painter.fillPath(Ring(-IN_TUNE_CENTS, IN_TUNE_CENTS, TICK_FOOT, TICK_FOOT + 11.0), g_inTune);
-        for (int nCents = -LAST_CENT; nCents <= LAST_CENT; ++nCents) {
-            PaintTick(painter, nCents);
+        painter.fillPath(Ring(-IN_TUNE_CENTS, IN_TUNE_CENTS, TEN_FOOT, TICK_TOP), g_inTune);
+        PaintCents(painter);
+        for (int nCents = -LAST_CENT; nCents <= LAST_CENT; nCents += 5) {
+            PaintFoot(painter, nCents);
         }
+        PaintSide(painter, FlatOutline(), OnCircle(-LAST_CENT, NUMBER_RADIUS).x());
+        PaintSide(painter, SharpOutline(), OnCircle(LAST_CENT, NUMBER_RADIUS).x());
         for (const int nCents : {0, 10, 25, 50}) {
             PaintNumber(painter, nCents);
             if (nCents != 0) {

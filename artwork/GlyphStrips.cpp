@@ -1,3 +1,4 @@
+#include "artwork/Accidentals.h"
 #include "artwork/Pictures.h"
 #include "artwork/Raster.h"
 #include "artwork/Typeface.h"
@@ -19,57 +20,29 @@ namespace {
 constexpr int STRIP_HEIGHT = 27;
 constexpr double CAP_HEIGHT = 23.0;
 constexpr double BASELINE = 25.0;  // capitals fill rows 2 to 24: as much air above as below
-constexpr QFont::Weight WEIGHT = QFont::Bold;
+constexpr QFont::Weight WEIGHT = QFont::ExtraBold;
+constexpr double WIDEN = 1.06;  // the cells were cut for a broad face
 
 constexpr std::array<int, 10> LETTER_EDGES{0, 32, 60, 90, 119, 146, 170, 200, 225, 249};
 constexpr std::array<int, 14> DIGIT_EDGES{0, 26, 50, 75, 99, 125, 150, 175, 200, 225, 250, 286, 299, 321};
 
-// The outline of a sharp from x = 0, between the rows 1 and 26: upright strokes thin, cross strokes heavy and
-// rising, as in print.
-QPainterPath SharpOutline() {
-    QPainterPath path;
-    path.setFillRule(Qt::WindingFill);
-    path.addRect(3.0, 2.6, 3.0, 23.4);
-    path.addRect(9.0, 1.0, 3.0, 23.4);
-    for (const double y : {8.7, 17.1}) {
-        path.moveTo(0.0, y + 1.4);
-        path.lineTo(15.0, y - 1.4);
-        path.lineTo(15.0, y + 2.8);
-        path.lineTo(0.0, y + 5.6);
-        path.closeSubpath();
-    }
-    return path.simplified();
-}
-
-// The outline of a flat from x = 0: a stem, and a bowl that runs out into a point.
-QPainterPath FlatOutline() {
-    QPainterPath path;
-    path.setFillRule(Qt::OddEvenFill);
-    path.moveTo(0.0, 1.0);
-    path.lineTo(3.0, 1.0);
-    path.lineTo(3.0, 11.6);
-    path.cubicTo(4.6, 10.2, 6.4, 9.5, 8.1, 9.5);
-    path.cubicTo(11.8, 9.5, 14.0, 11.7, 14.0, 14.7);
-    path.cubicTo(14.0, 19.3, 8.2, 21.6, 0.0, 26.0);
-    path.closeSubpath();
-    path.moveTo(3.0, 14.9);
-    path.lineTo(3.0, 21.0);
-    path.cubicTo(7.2, 18.8, 9.7, 17.0, 9.7, 14.9);
-    path.cubicTo(9.7, 13.5, 8.7, 12.8, 7.4, 12.8);
-    path.cubicTo(5.8, 12.8, 4.2, 13.6, 3.0, 14.9);
-    path.closeSubpath();
-    return path;
-}
-
+// Capitals and figures fill their rows exactly: what a round one reaches beyond the line in print would be
+// only a grey fringe here.
 QPainterPath GlyphOutline(char character) {
-    return TextOutline(QString(QLatin1Char(character)), WEIGHT, CAP_HEIGHT).translated(0.0, BASELINE);
+    const QPainterPath outline = TextOutline(QString(QLatin1Char(character)), WEIGHT, CAP_HEIGHT);
+    const QRectF box = outline.boundingRect();
+    QTransform fit;
+    fit.translate(0.0, BASELINE);
+    fit.scale(WIDEN, CAP_HEIGHT / box.height());
+    fit.translate(0.0, -box.bottom());
+    return fit.map(outline);
 }
 
 // Light and shade of a pillow-shaped surface that rises from the edge of the shape, lit from the top left.
 GlyphStrip Emboss(const QPainterPath& path, int nWidth) {
-    constexpr double RISE = 2.2;  // pixels from the edge to the flat top
-    constexpr double SHADE = 0.62;
-    constexpr double GLEAM = 0.34;
+    constexpr double RISE = 2.7;  // pixels from the edge to the flat top
+    constexpr double SHADE = 0.80;
+    constexpr double GLEAM = 0.42;
     constexpr double LIGHT_X = -0.48;
     constexpr double LIGHT_Y = -0.62;
     constexpr double LIGHT_Z = 0.62;
@@ -79,7 +52,7 @@ GlyphStrip Emboss(const QPainterPath& path, int nWidth) {
     for (int y = 0; y < height.GetHeight(); ++y) {
         for (int x = 0; x < height.GetWidth(); ++x) {
             const double fDown = 1.0 - std::min(height.At(x, y) / RISE, 1.0);
-            height.At(x, y) = RISE * 0.62 * std::sqrt(1.0 - fDown * fDown);
+            height.At(x, y) = RISE * 0.60 * std::sqrt(1.0 - fDown * fDown);
         }
     }
     Blur(height, 3);

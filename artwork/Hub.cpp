@@ -14,9 +14,14 @@ namespace {
 constexpr int HUB_WIDTH = 59;
 constexpr int HUB_HEIGHT = 23;
 constexpr double CENTRE_X = HUB_WIDTH / 2.0;
-constexpr double RADIUS = 30.2;
-constexpr double CENTRE_Y = RADIUS + 0.3;
+constexpr double RADIUS = 30.4;
+constexpr double CENTRE_Y = RADIUS;
 constexpr double BRIGHTEST = 0.97;
+
+// The edge lies partly on white and partly on the needle: blended against a light grey and cut where little
+// of the hub is left, it is smooth on the one and leaves no white fringe on the other.
+constexpr double SURROUNDINGS = 0.80;
+constexpr double LEAST_COVER = 0.35;
 
 constexpr double RIM = 6.0;      // a round bead
 constexpr double GROOVE = 1.2;   // between bead and face
@@ -42,7 +47,7 @@ Tone HubTone(double x, double y) {
     const double dy = y - CENTRE_Y;
     const double fRadius = std::hypot(dx, dy);
     if (fRadius > RADIUS) {
-        return Grey(1.0);
+        return Grey(SURROUNDINGS);
     }
     if (fRadius > RADIUS - OUTLINE) {
         return Grey(0.30);
@@ -64,5 +69,16 @@ Tone HubTone(double x, double y) {
 }  // namespace
 
 CPicture DrawHub() {
-    return Shade(HUB_WIDTH, HUB_HEIGHT, HubTone);
+    QPainterPath disc;
+    disc.addEllipse(QPointF(CENTRE_X, CENTRE_Y), RADIUS, RADIUS);
+    const CField cover = Cover(disc, HUB_WIDTH, HUB_HEIGHT);
+    CPicture hub = Shade(HUB_WIDTH, HUB_HEIGHT, HubTone);
+    for (int y = 0; y < HUB_HEIGHT; ++y) {
+        for (int x = 0; x < HUB_WIDTH; ++x) {
+            if (cover.Mean(x, y) < LEAST_COVER) {
+                hub.At(x, y) = Rgb{};
+            }
+        }
+    }
+    return hub;
 }

@@ -14,8 +14,8 @@ constexpr int LOGO_HEIGHT = 37;
 constexpr double MARK_SIDE = 33.0;
 constexpr double MARK_TOP = 2.0;
 constexpr double NAME_LEFT = 38.0;
-constexpr double NAME_CAP = 13.0;
-constexpr double NAME_BASE = 25.0;
+constexpr double NAME_CAP = 14.0;
+constexpr double NAME_BASE = 26.0;
 
 void PaintLogo(QPainter& painter) {
     painter.translate(0.0, MARK_TOP);
@@ -25,8 +25,8 @@ void PaintLogo(QPainter& painter) {
     const QPainterPath name =
         TextOutline(QStringLiteral("Fretvane"), QFont::Bold, NAME_CAP).translated(NAME_LEFT, NAME_BASE);
     QLinearGradient gradient(0.0, NAME_BASE - NAME_CAP, 0.0, NAME_BASE);
-    gradient.setColorAt(0.0, QColor(0x4A, 0x8F, 0xE2));
-    gradient.setColorAt(1.0, QColor(0x2E, 0x6C, 0xC4));
+    gradient.setColorAt(0.0, QColor(0x43, 0x88, 0xDD));
+    gradient.setColorAt(1.0, QColor(0x32, 0x72, 0xCA));
     painter.fillPath(name, gradient);
 }
 

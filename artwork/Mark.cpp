@@ -30,40 +30,40 @@ QPainterPath Polygon(std::initializer_list<QPointF> points) {
 std::vector<MarkShape> MarkShapes() {
     std::vector<MarkShape> shapes;
     QPainterPath plate;
-    plate.addRoundedRect(QRectF(1.0, 1.0, 62.0, 62.0), 13.0, 13.0);
+    plate.addRoundedRect(QRectF(0.0, 0.0, UNITS, UNITS), 13.5, 13.5);
     shapes.push_back({plate, QColor(0x3D, 0x7F, 0xD9), QColor(0x17, 0x3F, 0x8A)});
 
     QPainterPath strings;
     for (int i = 0; i < 6; ++i) {
-        const double fWidth = 3.2 - 0.4 * i;
-        strings.addRect(QRectF(12.0 + 8.0 * i - fWidth / 2.0, 1.0, fWidth, 62.0));
+        const double fWidth = 3.0 - 0.36 * i;
+        strings.addRect(QRectF(UNITS / 2.0 + 7.75 * (i - 2.5) - fWidth / 2.0, 0.0, fWidth, UNITS));
     }
-    shapes.push_back({strings, QColor(0xC9, 0xDD, 0xF7), QColor(0x8F, 0xB2, 0xE4)});
+    shapes.push_back({strings, QColor(0x9C, 0xC2, 0xF2), QColor(0x5F, 0x90, 0xD4)});
 
     // The arrow points up to the right, as a needle a little sharp of the mark.
     QTransform turn;
     turn.translate(32.0, 32.0);
-    turn.rotate(-58.0);
-    const QPainterPath arrow = turn.map(Polygon({{28.0, 0.0},
-                                                 {12.0, -9.5},
-                                                 {13.5, -2.6},
-                                                 {-15.0, -2.6},
-                                                 {-19.0, -8.0},
-                                                 {-27.0, -8.0},
-                                                 {-22.0, 0.0},
-                                                 {-27.0, 8.0},
-                                                 {-19.0, 8.0},
-                                                 {-15.0, 2.6},
-                                                 {13.5, 2.6},
-                                                 {12.0, 9.5}}));
+    turn.rotate(-60.0);
+    const QPainterPath arrow = turn.map(Polygon({{30.0, 0.0},
+                                                 {12.5, -9.0},
+                                                 {15.0, -2.4},
+                                                 {-15.0, -2.4},
+                                                 {-19.5, -7.5},
+                                                 {-28.5, -7.5},
+                                                 {-23.0, 0.0},
+                                                 {-28.5, 7.5},
+                                                 {-19.5, 7.5},
+                                                 {-15.0, 2.4},
+                                                 {15.0, 2.4},
+                                                 {12.5, 9.0}}));
     QPainterPathStroker stroker;
-    stroker.setWidth(4.0);
+    stroker.setWidth(4.4);
     stroker.setJoinStyle(Qt::RoundJoin);
     shapes.push_back({(stroker.createStroke(arrow) + arrow).simplified(), QColor(0x22, 0x52, 0xA6),
                       QColor(0x1B, 0x46, 0x94)});
     shapes.push_back({arrow, QColor(0xFF, 0xD4, 0x5E), QColor(0xF5, 0x9A, 0x1C)});
     QPainterPath pivot;
-    pivot.addEllipse(QPointF(32.0, 32.0), 5.6, 5.6);
+    pivot.addEllipse(QPointF(32.0, 32.0), 5.0, 5.0);
     shapes.push_back({pivot, QColor(0xFF, 0xFF, 0xFF), QColor(0xD8, 0xE4, 0xF4)});
     return shapes;
 }

@@ -19,7 +19,9 @@ double RodLight(double u) {
     constexpr double HALF_Z = 0.966;
     const double fAcross = std::clamp(u, -1.0, 1.0);
     const double fUp = std::sqrt(1.0 - fAcross * fAcross);
-    return Reflect(fAcross * LIGHT_X + fUp * LIGHT_Z, fAcross * HALF_X + fUp * HALF_Z);
+    // The sides see less of the room than the top: that sets a bright rod off from a white ground.
+    const double fRoom = 0.55 + 0.45 * fUp;
+    return fRoom * Reflect(fAcross * LIGHT_X + fUp * LIGHT_Z, fAcross * HALF_X + fUp * HALF_Z);
 }
 
 double SlopeLight(double fSlopeX, double fSlopeY) {

@@ -179,8 +179,9 @@ CPicture Shade(int nWidth, int nHeight, const std::function<Tone(double, double)
         for (int x = 0; x < nWidth; ++x) {
             Tone sum = Grey(0.0);
             for (int i = 0; i < SAMPLES * SAMPLES; ++i) {
-                const Tone sample =
-                    tone(x + (i % SAMPLES + 0.5) / SAMPLES, y + (i / SAMPLES + 0.5) / SAMPLES);
+                const int nColumn = i % SAMPLES;
+                const int nRow = i / SAMPLES;
+                const Tone sample = tone(x + (nColumn + 0.5) / SAMPLES, y + (nRow + 0.5) / SAMPLES);
                 sum.fRed += sample.fRed;
                 sum.fGreen += sample.fGreen;
                 sum.fBlue += sample.fBlue;

@@ -28,7 +28,7 @@ struct Metals {
 
 Metals MetalsOf(StringKind kind) {
     constexpr Tone BRONZE{1.02, 0.78, 0.46};
-    constexpr Tone STEEL{0.90, 0.94, 1.0};
+    constexpr Tone STEEL{1.02, 1.06, 1.12};
     constexpr Tone POST{0.92, 0.92, 0.95};
     switch (kind) {
         case StringKind::Wound:
@@ -71,7 +71,7 @@ Tone StringTone(StringKind kind, const Tone& metal, double u, double y) {
 CPicture DrawString(StringKind kind) {
     const Metals metals = MetalsOf(kind);
     const double fRadius = kind == StringKind::Wound ? WOUND_RADIUS : PLAIN_RADIUS;
-    const CPicture picture = Shade(STRING_WIDTH, STRING_HEIGHT, [&](double x, double y) {
+    CPicture picture = Shade(STRING_WIDTH, STRING_HEIGHT, [&](double x, double y) {
         const double dx = x - MIDDLE;
         const double dy = y - POST_Y;
         if (y > POST_Y && std::abs(dx) < fRadius) {
@@ -84,16 +84,13 @@ CPicture DrawString(StringKind kind) {
         const bool bShadow = y > POST_Y && fAway > 0.0 && fAway < 1.0;
         return Grey(bShadow ? 1.0 - metals.fShadow * (1.0 - fAway) * (1.0 - fAway) : 1.0);
     });
-    if (kind != StringKind::Disabled) {
-        return picture;
-    }
-    CPicture pale = picture;
-    for (int y = 0; y < STRING_HEIGHT; ++y) {
-        for (int x = 0; x < STRING_WIDTH; ++x) {
-            const double fLight = picture.At(x, y).green / 255.0;
-            const std::uint8_t nGrey = ToByte(0.55 + 0.45 * fLight);
-            pale.At(x, y) = {nGrey, nGrey, nGrey};
+    if (kind == StringKind::Disabled) {
+        for (int y = 0; y < STRING_HEIGHT; ++y) {
+            for (int x = 0; x < STRING_WIDTH; ++x) {
+                const std::uint8_t nGrey = ToByte(0.55 + 0.45 * picture.At(x, y).green / 255.0);
+                picture.At(x, y) = {nGrey, nGrey, nGrey};
+            }
         }
     }
-    return pale;
+    return picture;
 }

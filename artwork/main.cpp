@@ -2,9 +2,9 @@
 #include "artwork/Typeface.h"
 
 #include <QtGui/QGuiApplication>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 
 // Draws all pictures of the tuner into a directory:  fretvane_artwork <directory>
 
@@ -50,17 +50,17 @@ bool SaveIcons(const fs::path& directory) {
 int main(int argc, char** argv) {
     const QGuiApplication application(argc, argv);
     if (argc != 2) {
-        std::fputs("usage: fretvane_artwork <directory>\n", stderr);
+        std::cerr << "usage: fretvane_artwork <directory>\n";
         return 2;
     }
     if (!HasTypeface()) {
-        std::fputs("fretvane_artwork: the typeface Inter is missing: install fonts-inter\n", stderr);
+        std::cerr << "fretvane_artwork: the typeface Inter is missing: install fonts-inter\n";
         return 1;
     }
     std::error_code error;
     fs::create_directories(argv[1], error);
     if (error || !SaveBitmaps(argv[1]) || !SaveIcons(argv[1])) {
-        std::fprintf(stderr, "fretvane_artwork: can't write to %s\n", argv[1]);
+        std::cerr << "fretvane_artwork: can't write to " << argv[1] << '\n';
         return 1;
     }
     return 0;
