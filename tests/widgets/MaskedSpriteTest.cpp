@@ -38,8 +38,7 @@ protected:
             for (int px = 0; px < g_sizeTarget.cx; ++px) {
                 if (PtInRect({x, y, x + g_cx, y + g_cy}, {px, py}) &&
                     ToColor(SpriteAt(px - x, py - y)) != clrTransparent) {
-                    expected[static_cast<std::size_t>(py * g_sizeTarget.cx + px)] =
-                        ToColor(SpriteAt(px - x, py - y));
+                    expected[IndexOf(px, py, g_sizeTarget.cx)] = ToColor(SpriteAt(px - x, py - y));
                 }
             }
         }
@@ -47,7 +46,7 @@ protected:
         ASSERT_EQ(ReadAll(mem.dc, g_sizeTarget), expected) << x << "," << y;
     }
 
-    std::mt19937 m_random{17};
+    std::mt19937 m_random = Random(17);
     bmp::TemporaryDirectory m_directory;
     CStageWnd m_wnd;
 };

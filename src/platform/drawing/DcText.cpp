@@ -70,7 +70,7 @@ int CDC::DrawText(const CString& strText, const RECT& rc, UINT nFormat) {
         const int nTop = (nFormat & nCentred) == nCentred ? rc.top + (rc.Height() - nHeight) / 2 : rc.top;
 
         QImage image(reinterpret_cast<uchar*>(pSurface->GetRow(0)), pSurface->GetWidth(),
-                     pSurface->GetHeight(), pSurface->GetWidth() * static_cast<int>(sizeof(Pixel)),
+                     pSurface->GetHeight(), pSurface->GetWidth() * static_cast<qsizetype>(sizeof(Pixel)),
                      QImage::Format_RGB32);
         QPainter painter(&image);
         painter.setClipRect(rcClip.left, rcClip.top, rcClip.Width(), rcClip.Height());

@@ -97,7 +97,7 @@ RECT DrawWideLine(CSurface& surface, POINT ptFrom, POINT ptTo, int nWidth, COLOR
     const std::int64_t dx = ptTo.x - ptFrom.x;
     const std::int64_t dy = ptTo.y - ptFrom.y;
     const std::int64_t nLength2 = dx * dx + dy * dy;
-    const std::int64_t nBand = RootBelow(nWidth * nWidth * nLength2) / 2;
+    const std::int64_t nBand = RootBelow(std::int64_t{nWidth} * nWidth * nLength2) / 2;
     for (int y = rc.top; y < rc.bottom; ++y) {
         const std::int64_t v = y - ptFrom.y;
         Span span = Join(DiscRow(v, nWidth), DiscRow(v - dy, nWidth).Shift(dx));

@@ -1,5 +1,6 @@
 #include "platform/drawing/Bitmap.h"
 #include "platform/drawing/BitmapWriter.h"
+#include "platform/drawing/MemoryDc.h"
 #include "platform/drawing/Pixel.h"
 
 #include <gtest/gtest.h>
@@ -194,7 +195,7 @@ TEST_F(BitmapFile, HostileFilesDoNoHarm) {
                        .masks = {}};
     Load(Encode(runs, std::string("\xFF\x01\xFF\x01\x00\x02\xFF\xFF\x00\xFF\x00", 11)));
 
-    std::mt19937 random(3);
+    std::mt19937 random = Random(3);
     const std::string files[] = {whole, Encode(runs, std::string("\x03\x01\x00\x00\x03\x00\x00\x01", 8))};
     for (int i = 0; i < 600; ++i) {
         std::string bytes = files[random() % 2];

@@ -32,7 +32,7 @@ double DistanceToSegment(POINT pt, POINT ptFrom, POINT ptTo) {
 }
 
 TEST(LineTo, CoversThePixelsWithinHalfItsWidthAndNoOther) {
-    std::mt19937 random(5);
+    std::mt19937 random = Random(5);
     for (int nRound = 0; nRound < 3000; ++nRound) {
         const SIZE size{RandomInt(random, 1, 40), RandomInt(random, 1, 40)};
         MemoryDc mem(size.cx, size.cy);

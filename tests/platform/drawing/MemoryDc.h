@@ -34,10 +34,20 @@ inline std::vector<COLORREF> ReadAll(const CDC& dc, SIZE size) {
     return pixels;
 }
 
+// The same numbers in every run.
+inline std::mt19937 Random(unsigned nSeed) {
+    return std::mt19937(nSeed);
+}
+
 // One of few colours, so that two random ones are often equal.
 inline COLORREF RandomColor(std::mt19937& random) {
     static constexpr COLORREF s_palette[] = {0x000000, 0xFFFFFF, 0x123456, 0x0000FF, 0xA0A0A0, 0xF0E1D2};
     return s_palette[random() % std::size(s_palette)];
+}
+
+// Where a pixel stands in such a list.
+inline std::size_t IndexOf(int x, int y, int cx) {
+    return static_cast<std::size_t>(y) * static_cast<std::size_t>(cx) + static_cast<std::size_t>(x);
 }
 
 inline int RandomInt(std::mt19937& random, int nLow, int nHigh) {

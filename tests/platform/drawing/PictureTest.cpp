@@ -62,7 +62,7 @@ void DrawSomething(CDC& dc, const CDC& dcOther, std::mt19937& random) {
 }
 
 TEST(Picture, EveryChangedPixelIsMarked) {
-    std::mt19937 random(7);
+    std::mt19937 random = Random(7);
     CPicture picture;
     ASSERT_TRUE(picture.Create(g_cx, g_cy, 0xC0C0C0));
     picture.TakeDirty();
@@ -86,7 +86,7 @@ TEST(Picture, EveryChangedPixelIsMarked) {
         }
         for (int y = 0; y < g_cy; ++y) {
             for (int x = 0; x < g_cx; ++x) {
-                const auto n = static_cast<std::size_t>(y * g_cx + x);
+                const std::size_t n = IndexOf(x, y, g_cx);
                 ASSERT_TRUE(before[n] == after[n] || IsCovered(dirty, x, y)) << x << "," << y;
             }
         }
@@ -148,7 +148,7 @@ TEST(Picture, WithoutSizeIsHarmless) {
 
 // A pixel is ready to be shown whatever drew it: the top byte is always full.
 TEST(Picture, KeepsItsPixelsOpaque) {
-    std::mt19937 random(11);
+    std::mt19937 random = Random(11);
     CPicture picture;
     ASSERT_TRUE(picture.Create(g_cx, g_cy, 0x123456));
     CDC dc;
@@ -173,7 +173,7 @@ TEST(Picture, IsSharedByThreadsUnderItsLock) {
     ASSERT_TRUE(picture.Create(g_cx, g_cy, 0));
     std::atomic<int> nDone{0};
     const auto draw = [&picture, &nDone](unsigned nSeed) {
-        std::mt19937 random(nSeed);
+        std::mt19937 random = Random(nSeed);
         CDC dc;
         dc.AttachPicture(&picture);
         for (int i = 0; i < 3000; ++i) {
@@ -188,7 +188,7 @@ TEST(Picture, IsSharedByThreadsUnderItsLock) {
     };
     std::thread first(draw, 1);
     std::thread second(draw, 2);
-    std::vector<Pixel> screen(static_cast<std::size_t>(g_cx * g_cy));
+    std::vector<Pixel> screen(IndexOf(0, g_cy, g_cx));
     bool bAll = false;
     while (!bAll) {
         bAll = nDone == 2;
@@ -197,8 +197,7 @@ TEST(Picture, IsSharedByThreadsUnderItsLock) {
         for (std::size_t i = 0; i < dirty.nCount; ++i) {
             const RECT& rc = dirty.rects[i];
             for (int y = rc.top; y < rc.bottom; ++y) {
-                std::memcpy(&screen[static_cast<std::size_t>(y * g_cx + rc.left)],
-                            picture.GetSurface().GetRow(y) + rc.left,
+                std::memcpy(&screen[IndexOf(rc.left, y, g_cx)], picture.GetSurface().GetRow(y) + rc.left,
                             static_cast<std::size_t>(rc.Width()) * sizeof(Pixel));
             }
         }

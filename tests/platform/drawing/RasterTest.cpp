@@ -48,7 +48,7 @@ std::vector<COLORREF> Expect(const MemoryDc& dst, const RECT& rc, const MemoryDc
             } else if (bFromBit && !bToBit) {
                 pixel = pixel != 0 ? dst.dc.GetBkColor() : dst.dc.GetTextColor();
             }
-            COLORREF& out = result[static_cast<std::size_t>(to.y * sizeDst.cx + to.x)];
+            COLORREF& out = result[IndexOf(to.x, to.y, sizeDst.cx)];
             out = Combine(dwRop, out, pixel);
         }
     }
@@ -56,7 +56,7 @@ std::vector<COLORREF> Expect(const MemoryDc& dst, const RECT& rc, const MemoryDc
 }
 
 TEST(BitBlt, DoesWhatEachPixelSaysOnAllSurfacesAndPlaces) {
-    std::mt19937 random(20261122);
+    std::mt19937 random = Random(20261122);
     for (int nRound = 0; nRound < 20000; ++nRound) {
         MemoryDc first(RandomInt(random, 1, 12), RandomInt(random, 1, 9), random() % 3 == 0);
         MemoryDc second(RandomInt(random, 1, 12), RandomInt(random, 1, 9), random() % 3 == 0);
