@@ -25,8 +25,8 @@ void PaintLogo(QPainter& painter) {
     const QPainterPath name =
         TextOutline(QStringLiteral("Fretvane"), QFont::Bold, NAME_CAP).translated(NAME_LEFT, NAME_BASE);
     QLinearGradient gradient(0.0, NAME_BASE - NAME_CAP, 0.0, NAME_BASE);
-    gradient.setColorAt(0.0, QColor(0x43, 0x88, 0xDD));
-    gradient.setColorAt(1.0, QColor(0x32, 0x72, 0xCA));
+    gradient.setColorAt(0.0, QColor(0x37, 0x7B, 0xD5));
+    gradient.setColorAt(1.0, QColor(0x2C, 0x6E, 0xC8));
     painter.fillPath(name, gradient);
 }
 

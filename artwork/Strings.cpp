@@ -10,11 +10,11 @@
 
 namespace {
 
-constexpr int STRING_WIDTH = 11;
+constexpr int STRING_WIDTH = 9;  // its middle under the note that the diagram writes above
 constexpr int STRING_HEIGHT = 46;
 constexpr double MIDDLE = STRING_WIDTH / 2.0;
-constexpr double POST_RADIUS = 5.3;
-constexpr double POST_Y = 5.5;
+constexpr double POST_RADIUS = 4.4;
+constexpr double POST_Y = 4.5;
 constexpr double WOUND_RADIUS = 2.5;
 constexpr double PLAIN_RADIUS = 1.5;
 constexpr double TURN = 3.0;       // rows from one turn of the winding to the next
