@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <complex>
 #include <cstddef>
 #include <numbers>
 #include <random>
@@ -28,14 +29,17 @@ std::vector<float> SyntheticString::MakeFloats(int nCount) const {
     std::vector<double> sum(static_cast<std::size_t>(nCount));
     double dAmplitudes = 0.0;
     for (int n = 1; GetPartialFrequency(n) < dHighestPartial * nSampleRate; ++n) {
-        const double dAmplitude = std::sin(n * std::numbers::pi * dPluck) / n;
+        const double dAmplitude = std::sin(n * std::numbers::pi * dPluck) / std::pow(n, dRolloff);
         dAmplitudes += std::abs(dAmplitude);
         const double dStep = 2.0 * std::numbers::pi * GetPartialFrequency(n) / nSampleRate;
         const double dPhase = 2.0 * std::numbers::pi * Uniform(generator);
         const double dLoss = dDecay > 0.0 ? (1.0 + DECAY_STEP * (n - 1)) / (dDecay * nSampleRate) : 0.0;
-        for (std::size_t i = 0; i < sum.size(); ++i) {
-            const auto dTime = static_cast<double>(i);
-            sum[i] += dAmplitude * std::exp(-dLoss * dTime) * std::sin(dStep * dTime + dPhase);
+        // A phasor that turns and shrinks by the same factor at every sample.
+        std::complex<double> phasor = std::polar(dAmplitude, dPhase);
+        const std::complex<double> factor = std::polar(std::exp(-dLoss), dStep);
+        for (double& dSample : sum) {
+            dSample += phasor.imag();
+            phasor *= factor;
         }
     }
     std::vector<float> floats(sum.size());

@@ -12,6 +12,7 @@ struct SyntheticString {
     double dStiffness = 0.0;
     double dDecay = 0.0;     // seconds in which the first partial falls to 1/e, higher ones faster; 0: steady
     double dPluck = 0.18;    // where it is plucked, as a part of its length: decides the partials' amplitudes
+    double dRolloff = 2.0;   // the partials' amplitudes fall as 1 / n^dRolloff: 1 bright, 2 mellow
     double dPeak = 12000.0;  // sum of all partials' amplitudes at the start, in sample units
     double dNoise = 0.0;     // white noise of up to this much either way, in sample units
     double dHighestPartial = 0.45;  // partials above this part of the sample rate are left out
