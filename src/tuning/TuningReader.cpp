@@ -84,7 +84,7 @@ bool CTuningReader::ReadIntWithin(int nLow, int nHigh, int& nOut) {
 
 CString CTuningReader::ReadName() {
     const std::size_t nTab = m_strText.find('\t', m_nPosition);
-    const CString strName(CutName(m_strText.substr(m_nPosition, nTab - m_nPosition)));
+    CString strName(CutName(m_strText.substr(m_nPosition, nTab - m_nPosition)));
     if (nTab == std::string_view::npos) {
         m_nPosition = m_strText.size();
         m_bMetEnd = true;

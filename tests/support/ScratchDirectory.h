@@ -2,9 +2,8 @@
 
 #include "platform/base/Types.h"
 
-#include <stdlib.h>
-
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>

@@ -3,8 +3,6 @@
 #include "tuning/TuningStore.h"
 
 #include <gmock/gmock.h>
-#include <signal.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <filesystem>
@@ -99,9 +97,7 @@ TEST_F(TuningStoreFile, AGoodOrAnotherFileIsNotKept) {
 TEST_F(TuningStoreFile, AFullDiskCostsNeitherTheOldNorTheRefused) {
     m_directory.Write("state.txt", REFUSED);
     const int nCode = RunInChild([this] {
-        const rlimit limit{16, 16};
-        ::signal(SIGXFSZ, SIG_IGN);
-        ::setrlimit(RLIMIT_FSIZE, &limit);
+        FillDiskAbove(16);
         return !m_store.Load(Path()) && !m_store.Save(Path()) ? 0 : 1;
     });
     EXPECT_EQ(nCode, 0);

@@ -206,13 +206,13 @@ TEST(TuningStore, SurplusLinesAreIgnored) {
 }
 
 TEST(TuningStore, ABadTuningTakesAllWithIt) {
-    const CString strGood = "good\t0" + DROP_D_NOTES;
+    const CString strStart = FIRST_LINE + DEFAULTS + "2\ngood\t0" + DROP_D_NOTES;
     for (const char* szNotes :
          {"\t12\t0", "\t-1\t0", "\t0\t3", "\t0\t-1", "\tx\t0", "\t0\t4294967296", "\t0"}) {
         CTuningStore store;
         store.GetCustomTunings()->AddTail(Tuning::StandardE());
         const CString strBad = CString("bad\t0\t9\t0\t2\t1\t7\t1\t11\t1\t4\t2") + szNotes + "\n";
-        EXPECT_FALSE(store.LoadText(FIRST_LINE + DEFAULTS + "2\n" + strGood + strBad)) << szNotes;
+        EXPECT_FALSE(store.LoadText(strStart + strBad)) << szNotes;
         EXPECT_EQ(store.GetCustomTunings()->GetCount(), 0) << szNotes;
     }
     EXPECT_FALSE(Loads(FIRST_LINE + DEFAULTS + "1\nno tag\tx" + DROP_D_NOTES));

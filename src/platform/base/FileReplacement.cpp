@@ -37,7 +37,7 @@ std::optional<CString> FollowLinks(CString strPath) {
             return errno == EINVAL || errno == ENOENT ? std::optional(strPath) : std::nullopt;
         }
         const CString strTarget(buffer.data(), static_cast<std::size_t>(nLength));
-        strPath = strTarget.starts_with('/') ? strTarget : DirectoryOf(strPath) + strTarget;
+        strPath = strTarget.starts_with('/') ? strTarget : DirectoryOf(strPath).append(strTarget);
     }
     return std::nullopt;
 }

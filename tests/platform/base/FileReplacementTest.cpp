@@ -4,14 +4,13 @@
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
-#include <signal.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <thread>
 
@@ -124,10 +123,8 @@ TEST(FileReplacement, AFullDiskCostsNothing) {
     const CScratchDirectory directory;
     directory.Write("state.txt", "old");
     const int nCode = RunInChild([&] {
-        constexpr rlim_t ROOM = 4096;
-        const rlimit limit{ROOM, ROOM};
-        ::signal(SIGXFSZ, SIG_IGN);
-        ::setrlimit(RLIMIT_FSIZE, &limit);
+        constexpr std::size_t ROOM = 4096;
+        FillDiskAbove(ROOM);
         const bool bFits = Replace(directory.Path("other"), CString(ROOM, 'x'));
         return bFits && !Replace(directory.Path("state.txt"), CString(ROOM + 1, 'x')) ? 0 : 1;
     });
