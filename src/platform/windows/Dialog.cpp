@@ -10,7 +10,6 @@
 #include <QtCore/QEventLoop>
 #include <QtGui/QFontMetrics>
 #include <QtGui/QKeyEvent>
-#include <QtGui/QWindow>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QLineEdit>
@@ -136,6 +135,7 @@ int CDialog::DoModal() {
     if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr || IsWindow()) {
         return -1;
     }
+    const std::shared_ptr<CWndLink> pOwner = CWndState::LinkOf(m_pOwner);
     m_nResult = IDCANCEL;
     m_pLoop = std::make_unique<CModalLoop>();
     CWndState& state = CWndState::Of(*this);
@@ -151,17 +151,12 @@ int CDialog::DoModal() {
         FocusFirst(m_controls);
     }
     if (!m_pLoop->bEnded && IsWindow()) {
-        QWidget& widget = *state.pWidget;
-        if (m_pOwner != nullptr && m_pOwner->IsWindowVisible()) {
-            widget.winId();
-            widget.windowHandle()->setTransientParent(
-                CWndState::Of(*m_pOwner).pWidget->window()->windowHandle());
-        }
-        CenterWindow();
-        widget.show();
+        PlaceAbove(*state.pWidget, m_pOwner);
+        state.pWidget->show();
         m_pLoop->loop.exec(QEventLoop::DialogExec);
     }
     DestroyWindow();
+    ActivateOwner(pOwner);
     m_controls.clear();
     m_pLoop.reset();
     return m_nResult;

@@ -2,7 +2,6 @@
 
 #include "platform/windows/WndState.h"
 
-#include <QtGui/QWindow>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
@@ -19,14 +18,11 @@ int MessageBox(CWnd* pOwner, const CString& strText, const CString& strCaption, 
     box.setIcon((nType & MB_ICONEXCLAMATION) == MB_ICONEXCLAMATION ? QMessageBox::Warning
                                                                    : QMessageBox::NoIcon);
     box.addButton(QStringLiteral("确定"), QMessageBox::AcceptRole);
-    // The owner's widget must not own the box, which lives here, but it stays below it.
-    if (pOwner != nullptr && pOwner->IsWindowVisible()) {
-        box.winId();
-        box.windowHandle()->setTransientParent(CWndState::Of(*pOwner).pWidget->window()->windowHandle());
-        box.adjustSize();
-        CenterWidget(box, pOwner);
-    }
+    box.adjustSize();
+    PlaceAbove(box, pOwner);
     const CModalBox modal(pOwner, [&box] { box.reject(); });
+    const std::shared_ptr<CWndLink> pOwnerLink = CWndState::LinkOf(pOwner);
     box.exec();
+    ActivateOwner(pOwnerLink);
     return IDOK;
 }

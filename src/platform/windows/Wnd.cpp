@@ -109,24 +109,21 @@ void CWnd::ShowWindow(int nCmdShow) {
         return;
     }
     QWidget& widget = *m_pState->pWidget;
-    switch (nCmdShow) {
-        case SW_HIDE:
-            widget.hide();
-            break;
-        case SW_MINIMIZE:
-            widget.showMinimized();
-            break;
-        case SW_SHOWNORMAL:
-        case SW_RESTORE:
-            if (m_pState->IsTopLevel()) {
-                widget.showNormal();
-                break;
-            }
-            [[fallthrough]];
-        default:
-            widget.show();
-            break;
+    if (nCmdShow == SW_HIDE) {
+        widget.hide();
+        return;
     }
+    if (!m_pState->IsTopLevel()) {
+        widget.show();
+        return;
+    }
+    if (nCmdShow == SW_MINIMIZE) {
+        widget.showMinimized();
+        return;
+    }
+    widget.showNormal();
+    // Without a window manager nobody else gives the keyboard to a window that comes up.
+    widget.activateWindow();
 }
 
 bool CWnd::IsWindowVisible() const {
@@ -154,7 +151,9 @@ void CWnd::SetFocus() {
 }
 
 CWnd* CWnd::GetFocus() {
-    return CWndState::Find(QApplication::focusWidget());
+    // A window in front without a control that has the keyboard has it itself.
+    const QWidget* const pFocus = QApplication::focusWidget();
+    return CWndState::Find(pFocus != nullptr ? pFocus : QApplication::activeWindow());
 }
 
 int CWnd::GetDlgCtrlID() const {

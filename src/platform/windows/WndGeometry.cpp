@@ -2,6 +2,7 @@
 #include "platform/windows/WndState.h"
 
 #include <QtGui/QScreen>
+#include <QtGui/QWindow>
 #include <QtWidgets/QWidget>
 #include <algorithm>
 
@@ -115,4 +116,18 @@ void CenterWidget(QWidget& widget, const CWnd* pOwner) {
     frame.moveLeft(std::max(frame.left(), available.left()));
     frame.moveTop(std::max(frame.top(), available.top()));
     widget.move(frame.topLeft());
+}
+
+void PlaceAbove(QWidget& widget, const CWnd* pOwner) {
+    if (pOwner != nullptr && pOwner->IsWindowVisible()) {
+        widget.winId();
+        widget.windowHandle()->setTransientParent(CWndState::Of(*pOwner).pWidget->window()->windowHandle());
+    }
+    CenterWidget(widget, pOwner);
+}
+
+void ActivateOwner(const std::shared_ptr<CWndLink>& pOwner) {
+    if (pOwner != nullptr && pOwner->pWidget != nullptr && pOwner->pWidget->isVisible()) {
+        pOwner->pWidget->window()->activateWindow();
+    }
 }

@@ -62,6 +62,10 @@ struct CWndState {
     CWndState& operator=(CWndState&&) = delete;
 
     static CWndState& Of(const CWnd& window) { return *window.m_pState; }
+    // Null for no window.
+    static std::shared_ptr<CWndLink> LinkOf(const CWnd* pWindow) {
+        return pWindow != nullptr ? Of(*pWindow).pLink : nullptr;
+    }
     // The object behind a widget or behind the nearest of its parents that has one.
     static CWnd* Find(const QWidget* pWidget);
 
@@ -139,3 +143,8 @@ private:
 
 // Centres a window on its owner, or on the screen if that has none to show; it stays on the screen.
 void CenterWidget(QWidget& widget, const CWnd* pOwner);
+// Centres a modal window and keeps it in front of its owner. The owner's widget doesn't own it: it lives on
+// the stack of whoever asked.
+void PlaceAbove(QWidget& widget, const CWnd* pOwner);
+// Gives the keyboard back to the owner of a modal window that has gone, if there still is an owner.
+void ActivateOwner(const std::shared_ptr<CWndLink>& pOwner);

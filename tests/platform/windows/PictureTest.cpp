@@ -97,7 +97,12 @@ TEST_F(Picture, PaintComesOncePerInvalidationAndNotForWhatTheScreenLost) {
     EXPECT_TRUE(toolkit::WaitUntil([this] { return ShowsPicture(m_wnd); }));
     toolkit::RunFor(50);
     EXPECT_THAT(m_log, ::testing::IsEmpty());
+    // Nor while nobody can see it.
+    m_wnd.ShowWindow(SW_MINIMIZE);
     m_wnd.InvalidateRect(nullptr, false);
+    toolkit::RunFor(50);
+    EXPECT_THAT(m_log, ::testing::IsEmpty());
+    m_wnd.ShowWindow(SW_RESTORE);
     m_wnd.InvalidateRect(nullptr, false);
     EXPECT_TRUE(toolkit::WaitUntil([this] { return !m_log.empty(); }));
     toolkit::RunFor(50);

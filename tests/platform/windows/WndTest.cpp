@@ -262,6 +262,33 @@ TEST(WndPlace, TheClientAreaIsExactAndTheFrameIsReckonedTheSameWayEverywhere) {
     EXPECT_EQ(pt.y, 23);
 }
 
+TEST(WndPlace, MinimisingAndRestoringAreMoves) {
+    class CMoving : public CWnd {
+    public:
+        Log m_log;
+
+    protected:
+        const CMessageMap& GetMessageMap() const override {
+            static constexpr std::array entries{MapMessage<&CMoving::OnMove>(WM_MOVE)};
+            static const CMessageMap map{entries, &CWnd::GetMessageMap()};
+            return map;
+        }
+        void OnMove(POINT /*pt*/) { m_log.emplace_back(IsIconic() ? "minimised" : "normal"); }
+    };
+    CMoving wnd;
+    ASSERT_TRUE(wnd.CreateEx(WS_CAPTION, "moving", {40, 40, 240, 240}, nullptr, 0));
+    wnd.ShowWindow(SW_SHOWNORMAL);
+    toolkit::RunPending();
+    wnd.m_log.clear();
+    wnd.ShowWindow(SW_MINIMIZE);
+    EXPECT_THAT(wnd.m_log, Contains("minimised"));
+    EXPECT_TRUE(wnd.IsIconic());
+    wnd.m_log.clear();
+    wnd.ShowWindow(SW_RESTORE);
+    EXPECT_THAT(wnd.m_log, Contains("normal"));
+    EXPECT_FALSE(wnd.IsIconic());
+}
+
 // --- Mouse and keyboard -----------------------------------------------------------------------------------
 
 struct CRecordingButton : CButton {
@@ -288,7 +315,8 @@ protected:
         ASSERT_TRUE(m_static.Create("text", WS_VISIBLE, {80, 20, 150, 40}, &m_wnd, -1));
         ASSERT_TRUE(m_group.Create("group", WS_VISIBLE | BS_GROUPBOX, {0, 0, 100, 90}, &m_wnd, 7));
         m_wnd.ShowWindow(SW_SHOW);
-        toolkit::RunPending();
+        // The window system gives the keyboard to the window when it gets round to it.
+        ASSERT_TRUE(toolkit::WaitUntil([this] { return CWnd::GetFocus() == &m_wnd; }));
         m_log.clear();
     }
 
