@@ -88,7 +88,8 @@ bool IsSystemHeader(const std::string& header) {
         "fcntl.h",    "pthread.h",     "sched.h",     "unistd.h",   "sys/eventfd.h", "sys/resource.h",
         "sys/stat.h", "sys/syscall.h", "sys/types.h", "sys/wait.h", "signal.h",      "spawn.h",
         "sys/time.h", "sys/socket.h",  "time.h",      "poll.h",     "semaphore.h",   "linux/futex.h"};
-    return header.find_first_of("./") == std::string::npos || posix.contains(header);
+    static const std::regex standard("[a-z0-9_]+");
+    return std::regex_match(header, standard) || posix.contains(header);
 }
 
 // Why this include is not allowed in this file (a path below src/), or nothing.

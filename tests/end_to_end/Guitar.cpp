@@ -78,8 +78,15 @@ std::vector<float> RenderPluck(const Note& note, double fSeconds) {
     if (fPeak <= 0.0F) {
         return {};
     }
-    for (float& fSample : left) {
-        fSample *= 0.5F / fPeak;
+    // The hand damps the string at the end.
+    const std::size_t nDamped = std::min<std::size_t>(nFrames, GUITAR_RATE / 4);
+    for (std::size_t i = 0; i < nFrames; ++i) {
+        const std::size_t nLeft = nFrames - i;
+        const double fDamping =
+            nLeft < nDamped
+                ? std::exp(-8.0 * static_cast<double>(nDamped - nLeft) / static_cast<double>(nDamped))
+                : 1.0;
+        left[i] *= static_cast<float>(0.5 / static_cast<double>(fPeak) * fDamping);
     }
     return left;
 }

@@ -130,6 +130,10 @@ bool CStage::WaitForPicture(const std::function<bool(const Picture&)>& condition
     return false;
 }
 
+bool CStage::PressKey(const std::string& strKey) const {
+    return RunCommand({"xdotool", "key", strKey}, {{"DISPLAY", m_screen.GetDisplay()}}).has_value();
+}
+
 std::string CStage::ReadFile(const std::string& strName) const {
     std::ostringstream text;
     text << std::ifstream(m_directory.GetPath() / strName).rdbuf();

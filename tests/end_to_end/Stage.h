@@ -57,6 +57,9 @@ public:
     bool WaitForPicture(const std::function<bool(const Picture&)>& condition,
                         std::chrono::milliseconds timeout) const;
 
+    // A key by its X name, to the window under the pointer.
+    bool PressKey(const std::string& strKey) const;
+
     CChildProcess& GetProgram() { return m_program; }
     const std::filesystem::path& GetDirectory() const { return m_directory.GetPath(); }
     const CVirtualScreen& GetScreen() const { return m_screen; }
