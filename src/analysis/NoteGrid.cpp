@@ -16,10 +16,12 @@ constexpr double CENTS_PER_OCTAVE = 1200.0;
 
 }  // namespace
 
+bool CNoteGrid::CanHangOn(float fA, float fLowestFrequency, int nSampleRate) {
+    return fLowestFrequency > 0.0F && fA >= fLowestFrequency && fA <= static_cast<float>(nSampleRate);
+}
+
 std::unique_ptr<const CNoteGrid> CNoteGrid::Build(float fA, float fLowestFrequency, int nSampleRate) {
-    const bool bInside =
-        fLowestFrequency > 0.0F && fA >= fLowestFrequency && fA <= static_cast<float>(nSampleRate);
-    if (!bInside) {
+    if (!CanHangOn(fA, fLowestFrequency, nSampleRate)) {
         return nullptr;
     }
     std::unique_ptr<CNoteGrid> pGrid(new (std::nothrow) CNoteGrid);

@@ -9,8 +9,11 @@
 // so that any number of threads may read it.
 class CNoteGrid {
 public:
+    // Whether fA lies within these limits, and they are frequencies.
+    static bool CanHangOn(float fA, float fLowestFrequency, int nSampleRate);
+
     // All notes from fLowestFrequency to the sample rate (Hz) or just past both, fA being the frequency of
-    // A4. Null when fA lies outside these limits, when they are no frequencies, or without memory.
+    // A4. Null when it cannot hang on fA, or without memory.
     static std::unique_ptr<const CNoteGrid> Build(float fA, float fLowestFrequency, int nSampleRate);
 
     // The note whose frequency lies nearest in Hz, the upper one on a tie, and the cents from it; a frequency

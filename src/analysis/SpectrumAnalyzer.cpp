@@ -53,7 +53,12 @@ bool CSpectrumAnalyzer::Setup(int nBlockSamples, int nSampleRate, int nMaxPeaks,
     FillPrimes();
     BuildWindows(temporary);
     ClearCandidates();
-    SetReference(FIRST_REFERENCE);
+    // Limits that the first reference lies outside of leave the analyser without notes until another one
+    // fits.
+    if (!SetReference(FIRST_REFERENCE) &&
+        CNoteGrid::CanHangOn(FIRST_REFERENCE, fLowestFrequency, nSampleRate)) {
+        return false;
+    }
     return m_claims.Init(SEMITONES, nMaxPeaks);
 }
 
@@ -93,12 +98,12 @@ void CSpectrumAnalyzer::ReleaseTables() {
     m_pfPrimeEnergy.Free();
     m_pfPrimeShare.Free();
     m_pCandidates.Free();
+    m_grid.Publish(nullptr);
 }
 
 void CSpectrumAnalyzer::Clear() {
     ReleaseTables();
     m_claims.Free();
-    m_grid.Publish(nullptr);
     nspFreeBitRevTbls();
     nspcFreeTwdTbls();
 }
