@@ -1,0 +1,144 @@
+#include "platform/windows/support/Toolkit.h"
+#include "window/TunerWndTest.h"
+
+#include <chrono>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+const ShownBox NO_DEVICE{"Error: No sound card found",
+                         "Fretvane was unable to find any usable recording device on this computer.  To use "
+                         "this program a 16-bit sound "
+                         "card must be installed"};
+const ShownBox NO_USE{"Error: Unable to use recording device",
+                      "Unable to use your sound card. Try a different recording device in the options dialog "
+                      "box or click the help "
+                      "button in the main window for further help."};
+
+// What was opened, as "device rate", the preferred device being -1, and a ! where it was refused.
+std::vector<CString> Openings(const CFakeWaveIn& fake) {
+    std::vector<CString> result;
+    for (const auto& opening : fake.GetOpenings()) {
+        result.push_back(std::to_string(static_cast<int>(opening.uDeviceId)) + " " +
+                         std::to_string(opening.nSampleRate) + (opening.result != 0 ? "!" : ""));
+    }
+    return result;
+}
+
+class CaptureStartTest : public CTunerWndTest {
+protected:
+    // Frames come: their text is shown.
+    bool FramesCome() {
+        Wnd().ToggleFrameRate();
+        const bool bCome = toolkit::WaitUntil([this] { return !Access().FrameRateText().empty(); });
+        Wnd().ToggleFrameRate();
+        return bCome;
+    }
+};
+
+TEST_F(CaptureStartTest, IsContentWithTheFirstSetOfValues) {
+    WriteState(0, 0);
+    Open();
+    EXPECT_THAT(Openings(*m_fake), ElementsAre("-1 11025"));
+    EXPECT_EQ(Access().Engine().GetSampleRate(), 11025);
+    EXPECT_THAT(m_user.GetBoxes(), IsEmpty());
+    PlayString(110.0);
+    EXPECT_TRUE(FramesCome());
+}
+
+TEST_F(CaptureStartTest, GoesUpWithTheRateWhereTheLowOneIsRefused) {
+    WriteState(0, 2);
+    m_fake->SetDevices({{}, {.refusedRates = {11025}}});
+    Open();
+    EXPECT_THAT(Openings(*m_fake), ElementsAre("1 11025!", "1 22050"));
+    EXPECT_EQ(Access().Engine().GetSampleRate(), 22050);
+    PlayString(110.0);
+    EXPECT_TRUE(FramesCome());
+}
+
+TEST_F(CaptureStartTest, FallsBackToThePreferredDevice) {
+    WriteState(0, 3);
+    Open();
+    EXPECT_THAT(Openings(*m_fake), ElementsAre("2 11025!", "2 22050!", "2 44100!", "-1 11025"));
+    EXPECT_EQ(Access().Store().GetWaveDevice(), 3) << "the choice stays";
+    EXPECT_THAT(m_user.GetBoxes(), IsEmpty());
+}
+
+TEST_F(CaptureStartTest, TellsOfADeviceThatRefusesAll) {
+    WriteState(0, 1);
+    m_fake->SetDevices({{.bRefusesAll = true}});
+    Open();
+    EXPECT_THAT(Openings(*m_fake),
+                ElementsAre("0 11025!", "0 22050!", "0 44100!", "-1 11025!", "-1 22050!", "-1 44100!"));
+    EXPECT_THAT(m_user.GetBoxes(), ElementsAre(NO_USE));
+    EXPECT_THAT(m_directory.LogMessages(), ElementsAre("Unable any open any recording device"));
+    EXPECT_TRUE(Wnd().IsWindowVisible()) << "the window works on without a capture";
+
+    // Another device, chosen later.
+    m_fake->SetDevices({{.bRefusesAll = true}, {}});
+    Access().Store().SetWaveDevice(2);
+    Access().StopCapture();
+    Access().StartCapture();
+    EXPECT_EQ(Openings(*m_fake).back(), "1 11025");
+    EXPECT_THAT(m_user.GetBoxes(), SizeIs(1));
+    PlayString(110.0);
+    EXPECT_TRUE(FramesCome());
+}
+
+TEST_F(CaptureStartTest, TellsThatThereIsNoDevice) {
+    WriteState(0, 0);
+    m_fake->SetDevices({});
+    Open();
+    EXPECT_THAT(m_user.GetBoxes(), ElementsAre(NO_DEVICE));
+    EXPECT_THAT(m_directory.LogMessages(), ElementsAre("Unable to find any recording device"));
+    EXPECT_THAT(Openings(*m_fake), IsEmpty());
+    EXPECT_TRUE(Wnd().IsWindowVisible());
+    EXPECT_TRUE(Access().List().IsWindowEnabled());
+}
+
+TEST_F(CaptureStartTest, BearsWhateverHopWasStored) {
+    for (const char* szHop : {"0", "2147483647", "1000000000"}) {
+        WriteState(0, 0, szHop);
+        Open();
+        PlayString(110.0);
+        EXPECT_TRUE(FramesCome()) << szHop;
+        m_fake->StopPlaying();
+        Close();
+    }
+}
+
+// The highlight of the strip tells which of two strings is heard: A2 stands at 105, D3 at 198.
+TEST_F(CaptureStartTest, GoesOnWhenALostDeviceComesBack) {
+    const auto isLitAt = [this](int x) { return PixelAt(10 + x + 7, 310 + 3) == 0xE3B3B3U; };
+    Open();
+    PlayString(110.0);
+    EXPECT_TRUE(toolkit::WaitUntil([&] { return isLitAt(105); }));
+    m_fake->SetPresent(0, false);
+    PlayString(146.832);
+    toolkit::RunFor(300);
+    EXPECT_TRUE(isLitAt(105)) << "nothing is heard";
+    m_fake->SetPresent(0, true);
+    EXPECT_TRUE(toolkit::WaitUntil([&] { return isLitAt(198); }));
+    EXPECT_THAT(m_user.GetBoxes(), IsEmpty());
+}
+
+// The device neither opens nor refuses: the window comes up without it, closes in bounded time, and what the
+// device does afterwards touches nothing.
+TEST_F(CaptureStartTest, LeavesADeviceAloneThatHangs) {
+    WriteState(0, 0, "1");
+    m_fake->HangOpen(true);
+    Open();
+    EXPECT_TRUE(Wnd().IsWindowVisible());
+    EXPECT_TRUE(m_fake->IsAnybodyHanging());
+    const auto start = std::chrono::steady_clock::now();
+    Close();
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(15));
+    m_fake->HangOpen(false);
+    toolkit::RunFor(200);
+    EXPECT_EQ(m_fake->GetOpenCount(), 0);
+}
+
+}  // namespace

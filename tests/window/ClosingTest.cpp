@@ -1,0 +1,141 @@
+#include "platform/windows/support/Toolkit.h"
+#include "window/ControlTable.h"
+#include "window/TunerApp.h"
+#include "window/TunerWndTest.h"
+
+#include <signal.h>
+
+#include <chrono>
+#include <functional>
+
+namespace {
+
+using std::chrono::steady_clock;
+using testing::Contains;
+using testing::IsEmpty;
+
+class ClosingTest : public CTunerWndTest {
+protected:
+    // Frames as fast as the machine makes them.
+    void PlayWithoutPause() {
+        m_fake->Play([](std::uint64_t n) { return static_cast<std::int16_t>((n * 7919) % 9000); },
+                     {128, std::chrono::microseconds(0)});
+    }
+    // The real application, with something that the user does once its window stands.
+    int RunApplication(const std::function<void(CTunerWnd&)>& fnDo) {
+        CTunerApp app;
+        toolkit::Later([&app, &fnDo] { fnDo(dynamic_cast<CTunerWnd&>(*app.GetMainWnd())); });
+        return app.Main();
+    }
+};
+
+struct WayOut {
+    const char* szName;
+    void (*pfnGo)(CTunerWnd& wnd);
+};
+class WayOutTest : public ClosingTest, public testing::WithParamInterface<WayOut> {};
+
+// While frames draw, again and again: nothing is drawn after it, and it takes no longer than it may.
+TEST_P(WayOutTest, EndsFramesAndWindow) {
+    WriteState(1, 0);
+    PlayWithoutPause();
+    for (int nRound = 0; nRound < 5; ++nRound) {
+        Open();
+        toolkit::RunFor(20 * nRound);
+        const auto start = steady_clock::now();
+        GetParam().pfnGo(Wnd());
+        EXPECT_LT(steady_clock::now() - start, std::chrono::seconds(2));
+        EXPECT_FALSE(Wnd().IsWindow());
+        EXPECT_EQ(m_fake->GetOpenCount(), 0);
+        const auto picture = CopyPicture();
+        Wnd().OnFrame();
+        toolkit::RunFor(30);
+        EXPECT_EQ(CopyPicture(), picture);
+        EXPECT_EQ(StateField(7), "1");
+        EXPECT_EQ(StateField(8), std::to_string(Access().Engine().GetHop()));
+        m_pWnd.reset();
+        toolkit::RunPending();
+        EXPECT_EQ(toolkit::CountTopLevelWidgets(), 0);
+    }
+}
+
+TEST_P(WayOutTest, EndsTheProcess) {
+    WriteState(2, 0);
+    PlayWithoutPause();
+    EXPECT_EQ(RunApplication(GetParam().pfnGo), 0);
+    EXPECT_EQ(StateField(7), "2");
+    EXPECT_EQ(m_fake->GetOpenCount(), 0);
+    EXPECT_FALSE(m_directory.Exists("errorlog.txt"));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Ways, WayOutTest,
+    testing::Values(WayOut{"CloseBox", [](CTunerWnd& wnd) { toolkit::CloseBox(wnd); }},
+                    WayOut{"Exit",
+                           [](CTunerWnd& wnd) {
+                               toolkit::Click(*wnd.GetDlgItem(ID_EXIT), {10, 10});
+                           }},
+                    WayOut{"ExitByKey",
+                           [](CTunerWnd& wnd) { toolkit::Key(*wnd.GetDlgItem(ID_EXIT), ' ', " "); }},
+                    WayOut{"Destroyed", [](CTunerWnd& wnd) { wnd.DestroyWindow(); }},
+                    WayOut{"TwiceAtOnce",
+                           [](CTunerWnd& wnd) {
+                               wnd.SendMessage(WM_CLOSE);
+                               wnd.SendMessage(WM_CLOSE);
+                               wnd.SendMessage(WM_COMMAND, MakeCommandParam(ID_EXIT, BN_CLICKED));
+                               wnd.DestroyWindow();
+                           }}),
+    [](const auto& way) { return way.param.szName; });
+
+// A device that is open and delivers nothing.
+TEST_F(ClosingTest, DoesNotWaitForAStalledDevice) {
+    m_fake->Stall(true);
+    Open();
+    toolkit::RunFor(200);
+    const auto start = steady_clock::now();
+    Close();
+    EXPECT_LT(steady_clock::now() - start, std::chrono::seconds(2));
+}
+
+TEST_F(ClosingTest, EndsWithADeviceThatIsGone) {
+    Open();
+    m_fake->SetPresent(0, false);
+    toolkit::RunFor(100);
+    Close();
+    EXPECT_EQ(m_fake->GetOpenCount(), 0);
+}
+
+// An object that dies with its window open takes the capture with it.
+TEST_F(ClosingTest, EndsTheCaptureWithTheObject) {
+    PlayWithoutPause();
+    Open();
+    toolkit::RunFor(50);
+    m_pWnd.reset();
+    EXPECT_EQ(m_fake->GetOpenCount(), 0);
+}
+
+TEST_F(ClosingTest, ObeysATerminationWhileADialogIsOpen) {
+    m_user.LookAway();
+    PlayWithoutPause();
+    const int nResult = RunApplication([](CTunerWnd& wnd) {
+        toolkit::Later([] {
+            EXPECT_NE(toolkit::ModalTitle(), "");
+            raise(SIGTERM);
+        });
+        wnd.SendMessage(WM_COMMAND, MakeCommandParam(ID_ADD, BN_CLICKED));
+    });
+    EXPECT_EQ(nResult, 0);
+    EXPECT_TRUE(m_directory.Exists("state.txt"));
+    EXPECT_EQ(StateField(9), "0") << "no tuning was added";
+}
+
+TEST_F(ClosingTest, ObeysATerminationWhileTheFailureIsShown) {
+    m_user.LookAway();
+    m_fake->SetDevices({});
+    toolkit::Later([] { raise(SIGTERM); });
+    CTunerApp app;
+    EXPECT_EQ(app.Main(), 0);
+    EXPECT_THAT(m_directory.LogMessages(), Contains("Unable to find any recording device"));
+}
+
+}  // namespace

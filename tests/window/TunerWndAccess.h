@@ -1,0 +1,52 @@
+#pragma once
+
+#include "window/TunerWnd.h"
+
+#include <cstddef>
+#include <vector>
+
+// Looks inside the main window, and does what later parts of it will do.
+class CTunerWndAccess {
+public:
+    explicit CTunerWndAccess(CTunerWnd& wnd) : m_wnd(wnd) {}
+
+    CTuningStore& Store() { return m_wnd.m_store; }
+    CPitchEngine& Engine() { return m_wnd.m_engine; }
+    CListBox& List() { return m_wnd.m_lbTunings; }
+    const Tuning& Current() { return *m_wnd.m_store.GetCurrentTuning(); }
+    bool CanDelete() { return m_wnd.m_btnDel.IsWindowEnabled(); }
+    CString FrameRateText() { return m_wnd.m_stcFps.GetWindowText(); }
+    int FontSize() { return m_wnd.m_fontMain.GetPixelSize(); }
+
+    std::vector<CString> Rows() {
+        std::vector<CString> rows;
+        for (int i = 0; i < List().GetCount(); ++i) {
+            rows.push_back(List().GetText(i));
+        }
+        return rows;
+    }
+
+    // A string set to another note by hand.
+    void SetString(std::size_t nString, int nSemitone, int nOctave) {
+        m_wnd.m_store.GetCurrentTuning()->m_strings.at(nString).Set(nSemitone, nOctave);
+        m_wnd.SyncListToCurrent();
+    }
+    // Another A frequency, and other colours.
+    void SetAFrequency(float fA) {
+        m_wnd.m_engine.SetReference(fA);
+        const std::scoped_lock lock(m_wnd.GetPictureLock());
+        m_wnd.m_coarse.SetAFrequency(fA);
+    }
+    void SetColors(COLORREF clrNeedle, COLORREF clrText) {
+        m_wnd.m_store.SetNeedleColor(clrNeedle);
+        const std::scoped_lock lock(m_wnd.GetPictureLock());
+        m_wnd.m_coarse.SetColor(clrNeedle);
+        m_wnd.m_coarse.Rebuild();
+        m_wnd.m_fineDial.SetDigitColor(clrText);
+    }
+    void StopCapture() { m_wnd.m_engine.Stop(); }
+    void StartCapture() { m_wnd.StartCapture(); }
+
+private:
+    CTunerWnd& m_wnd;
+};

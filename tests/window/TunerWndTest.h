@@ -1,0 +1,46 @@
+#pragma once
+
+#include "platform/multimedia/support/FakeWaveIn.h"
+#include "window/TunerWndAccess.h"
+#include "window/User.h"
+#include "window/WorkingDirectory.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+// What the log says of a start without settings.
+inline constexpr const char* NO_SETTINGS = "Unable to open state.txt, using defaults.";
+
+// The real main window in the test's own process: in a directory of its own, in front of devices that do what
+// the test says and of a user who answers.
+class CTunerWndTest : public ::testing::Test {
+protected:
+    // Creates and shows the window, and lets the first paint come.
+    void Open();
+    // The close box; then the object goes.
+    void Close();
+    CTunerWnd& Wnd() { return *m_pWnd; }
+    CTunerWndAccess Access() { return CTunerWndAccess(*m_pWnd); }
+
+    // Settings with these choices, and the lines of custom tunings behind them.
+    void WriteState(int nListIndex, int nWaveDevice, const CString& strHop = "128",
+                    const std::vector<CString>& tunings = {}) const;
+    // A number of the settings file, counted from 0.
+    CString StateField(std::size_t nField) const;
+
+    // A plucked string without decay into the device, as fast as it plays; and silence.
+    void PlayString(double dFrequency);
+    void PlaySilence();
+
+    // The window's own picture.
+    COLORREF PixelAt(int x, int y);
+    std::vector<std::uint32_t> CopyPicture();
+
+    CWorkingDirectory m_directory;
+    CFakeWaveInScope m_fake;
+    CUser m_user;
+    std::unique_ptr<CTunerWnd> m_pWnd;
+};
