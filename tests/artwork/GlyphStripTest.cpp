@@ -200,14 +200,19 @@ TEST(GlyphStrips, NoNameLeavesInkOfTheLastOne) {
 }
 
 TEST(GlyphStrips, NoNumberLeavesInkOfTheLastOne) {
-    for (int nFrom = -52; nFrom <= 52; ++nFrom) {
-        const CGround start = FreshNumber(nFrom);
-        for (int nTo = -52; nTo <= 52; ++nTo) {
-            CGround ground = start;
+    constexpr int FURTHEST = 52;
+    std::vector<CGround> fresh;
+    for (int nCents = -FURTHEST; nCents <= FURTHEST; ++nCents) {
+        fresh.push_back(FreshNumber(nCents));
+    }
+    for (int nFrom = -FURTHEST; nFrom <= FURTHEST; ++nFrom) {
+        for (int nTo = -FURTHEST; nTo <= FURTHEST; ++nTo) {
+            CGround ground = fresh.at(static_cast<std::size_t>(FURTHEST + nFrom));
             if (nTo != nFrom) {
                 StepNumber(ground, nFrom, nTo);
             }
-            EXPECT_TRUE(ground == FreshNumber(nTo)) << "from " << nFrom << " to " << nTo;
+            EXPECT_TRUE(ground == fresh.at(static_cast<std::size_t>(FURTHEST + nTo)))
+                << "from " << nFrom << " to " << nTo;
         }
     }
 }
