@@ -8,9 +8,9 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <vector>
 
 namespace {
 
@@ -38,8 +38,8 @@ class PitchEngine : public testing::Test {
 protected:
     // A period of the sound goes round without a seam: 110.25 Hz are 100 samples.
     void Play(double dPeak) {
-        m_sound = SyntheticString{.dFrequency = 110.25, .dPeak = dPeak}.MakeSamples(1000);
-        m_fake->Play([this](std::uint64_t nSample) { return m_sound[nSample % m_sound.size()]; },
+        m_fake->Play([sound = SyntheticString{.dFrequency = 110.25, .dPeak = dPeak}.MakeSamples(1000)](
+                         std::uint64_t nSample) { return sound[nSample % sound.size()]; },
                      {.nChunk = 1024, .interval = std::chrono::milliseconds(2)});
     }
     bool Start(int nBlockSamples = 1024) {
@@ -54,7 +54,6 @@ protected:
     }
 
     CFakeWaveInScope m_fake;
-    std::vector<std::int16_t> m_sound;
     CPitchEngine m_engine;
     Heard m_heard{.pEngine = &m_engine};
 };
