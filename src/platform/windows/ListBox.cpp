@@ -10,8 +10,8 @@ namespace {
 
 class CListWidget final : public QListWidget {
 public:
-    CListWidget(std::shared_ptr<CWndLink> pLink, bool bNotify)
-        : m_pLink(std::move(pLink)), m_bNotify(bNotify) {
+    CListWidget(std::shared_ptr<CWndLink> pLink, bool bNotify, int nRoom)
+        : m_pLink(std::move(pLink)), m_bNotify(bNotify), m_nRoom(nRoom) {
         setSelectionMode(QAbstractItemView::SingleSelection);
         setEditTriggers(QAbstractItemView::NoEditTriggers);
         setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -42,6 +42,7 @@ public:
     void Insert(int nRow, const QString& text) {
         insertItem(nRow, text);
         m_nSelected = GetSelected();
+        ShowWholeRows();
     }
     void Delete(int nRow) {
         const int nSelected = GetSelected();
@@ -56,6 +57,13 @@ public:
     }
 
 protected:
+    void changeEvent(QEvent* pEvent) override {
+        QListWidget::changeEvent(pEvent);
+        if (pEvent->type() == QEvent::FontChange) {
+            ShowWholeRows();
+        }
+    }
+
     // One row stays selected, whichever keys are held while the mouse is used.
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
                                                          const QEvent* pEvent) const override {
@@ -67,6 +75,15 @@ protected:
     }
 
 private:
+    // No row is cut off at the lower edge: the box gives up what is left of its height.
+    void ShowWholeRows() {
+        const int nRow = sizeHintForRow(0);
+        const int nRows = nRow > 0 ? (m_nRoom - 2 * frameWidth()) / nRow : 0;
+        if (nRows > 0) {
+            resize(width(), nRows * nRow + 2 * frameWidth());
+        }
+    }
+
     void OnSelectionChange() {
         const int nSelected = GetSelected();
         if (m_bByCode || nSelected == m_nSelected) {
@@ -81,6 +98,7 @@ private:
 
     const std::shared_ptr<CWndLink> m_pLink;
     const bool m_bNotify;
+    const int m_nRoom;
     bool m_bByCode = false;
     int m_nSelected = LB_ERR;
 };
@@ -143,7 +161,7 @@ bool CListBox::Create(DWORD dwStyle, const RECT& rc, CWnd* pParent, int nId) {
         return false;
     }
     CWndState& state = CWndState::Of(*this);
-    auto pList = std::make_unique<CListWidget>(state.pLink, (dwStyle & LBS_NOTIFY) != 0);
+    auto pList = std::make_unique<CListWidget>(state.pLink, (dwStyle & LBS_NOTIFY) != 0, rc.Height());
     return state.Attach(std::move(pList), {{}, dwStyle | WS_CHILD, rc, pParent, nId});
 }
 

@@ -3,7 +3,8 @@
 #include "platform/windows/Wnd.h"
 
 // Rows of text, unsorted, at most one selected. When the user selects another row the parent gets WM_COMMAND
-// with LBN_SELCHANGE (if LBS_NOTIFY is set); a selection made in code tells nobody.
+// with LBN_SELCHANGE (if LBS_NOTIFY is set); a selection made in code tells nobody. The box takes as much of
+// its height as whole rows need.
 class CListBox : public CWnd {
 public:
     bool Create(DWORD dwStyle, const RECT& rc, CWnd* pParent, int nId);

@@ -1,4 +1,5 @@
 #include "platform/base/String.h"
+#include "platform/drawing/Font.h"
 #include "platform/windows/ListBox.h"
 #include "platform/windows/support/RecordingWnd.h"
 #include "platform/windows/support/Toolkit.h"
@@ -91,6 +92,22 @@ TEST_F(ListBox, FindsAPrefixInAnyCaseFromBehindTheStartRound) {
     m_list.DeleteString(2);
     // The row that the search begins behind is looked at last.
     EXPECT_EQ(m_list.FindString(0, "user defined"), 0);
+}
+
+TEST_F(ListBox, ShowsWholeRowsInTheHeightThatItHas) {
+    const int nFrame = 1;
+    for (const int nTenths : {77, 115, 80}) {
+        CFont font;
+        ASSERT_TRUE(font.CreatePointFont(nTenths, "MS Sans Serif"));
+        m_list.SetFont(font);
+        m_list.AddString("row");
+        toolkit::RunPending();
+        const int nRow = toolkit::RowHeight(m_list);
+        const int nInside = m_list.GetClientRect().Height() - 2 * nFrame;
+        EXPECT_EQ(nInside % nRow, 0) << nTenths;
+        EXPECT_LE(nInside, 110 - 2 * nFrame);
+        EXPECT_GT(nInside + nRow, 110 - 2 * nFrame);
+    }
 }
 
 TEST_F(ListBox, OnlyTheUserIsReported) {

@@ -14,6 +14,7 @@
 #include <QtWidgets/QAbstractScrollArea>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLabel>
+#include <QtWidgets/QListWidget>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QWidget>
@@ -197,6 +198,11 @@ void CloseModal() {
 CString TextOf(const CWnd& control) {
     const auto* const pLabel = qobject_cast<const QLabel*>(&WidgetOf(control));
     return pLabel != nullptr ? pLabel->text().toStdString() : CString();
+}
+
+int RowHeight(const CWnd& list) {
+    const auto* const pList = qobject_cast<const QListWidget*>(&WidgetOf(list));
+    return pList != nullptr && pList->count() > 0 ? pList->visualItemRect(pList->item(0)).height() : 0;
 }
 
 void SetFaceColor(COLORREF clr) {

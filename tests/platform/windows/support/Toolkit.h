@@ -62,6 +62,8 @@ void CloseModal();
 
 // The text that a control really shows.
 CString TextOf(const CWnd& control);
+// The height of the first row that a list shows.
+int RowHeight(const CWnd& list);
 // The desktop takes another colour for the faces of things.
 void SetFaceColor(COLORREF clr);
 // A control's text doesn't fit its rectangle.
