@@ -209,11 +209,8 @@ TEST_F(CoarseIndicatorTest, TheTintFollowsTheColor) {
         COLORREF clr;
         COLORREF clrTint;
     };
-    constexpr Row ROWS[] = {{0xA00000, 0xE3B3B3},
-                            {0xFFFFFF, 0xFFFFFF},
-                            {0x000000, 0xB3B3B3},
-                            {0x40FE01, 0xC6FFB3},
-                            {0x0000FF, 0xB3B3FF}};
+    constexpr Row ROWS[] = {{0xA00000, 0xE3B3B3}, {0xFFFFFF, 0xFFFFFF}, {0x000000, 0xB3B3B3},
+                            {0x40FE01, 0xC6FFB3}, {0x000205, 0xB3B4B4}, {0x0000FF, 0xB3B3FF}};
     State state = STATES[2];
     Set(state);
     for (const Row& row : ROWS) {

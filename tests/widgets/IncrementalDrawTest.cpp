@@ -84,8 +84,9 @@ void ExpectEveryStepOfTheDialToBeWhole() {
             ASSERT_TRUE(display.DialShows(nTo, 0)) << nFrom << " to " << nTo;
         }
     }
-    // From any reading to each digit, each sign, one and two digits, both ends; and from there to the next.
-    for (const int nTo : {-51, -50, -34, -25, -10, -9, -1, 0, 1, 8, 9, 10, 12, 15, 37, 43, 46, 50, 51}) {
+    // From any reading to one of each sign and number of digits, to digits of each width; and from there to
+    // the next.
+    for (const int nTo : {-51, -34, -10, -9, 0, 9, 12, 50}) {
         for (int nFrom = -LARGEST_CENTS; nFrom <= LARGEST_CENTS; ++nFrom) {
             ASSERT_TRUE(display.DialShows(0, nFrom)) << nTo << " to " << nFrom << " cents";
             ASSERT_TRUE(display.DialShows(0, nTo)) << nFrom << " to " << nTo << " cents";

@@ -141,7 +141,8 @@ TEST_F(LevelMeterTest, AFrameSendsTheRowsBetween) {
     EXPECT_TRUE(TouchesExactly(frame(0.5F), {}));
     EXPECT_TRUE(TouchesExactly(frame(1.0F), {{212, 45, 238, 172}}));
     EXPECT_TRUE(TouchesExactly(frame(0.996F), {{212, 45, 238, 47}}));
-    EXPECT_TRUE(TouchesExactly(frame(1.0F), {{212, 45, 238, 47}}));
+    EXPECT_TRUE(TouchesExactly(frame(0.992F), {{212, 47, 238, 48}}));
+    EXPECT_TRUE(TouchesExactly(frame(1.0F), {{212, 45, 238, 48}}));
     EXPECT_TRUE(TouchesExactly(frame(0.0F), {{212, 45, 238, 298}}));
     EXPECT_TRUE(TouchesExactly(frame(0.0F), {}));
 }
