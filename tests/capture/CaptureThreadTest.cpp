@@ -98,17 +98,12 @@ TEST_F(CaptureThread, AHopLongerThanABufferPassesWholeBuffersOver) {
 }
 
 TEST_F(CaptureThread, PausedItDeliversNothingAndGoesOnFromTheOldestSound) {
+    m_store.SetHook([this](std::size_t nBlock) { m_capture.SetPaused(nBlock == 7); });
     ASSERT_TRUE(StartCapture());
     FeedBuffers(2);
     ASSERT_TRUE(m_store.WaitForCount(8));
-    m_capture.SetPaused(true);
-    Sleep(120);
-    // The pass during which the pause began may still have waited for a buffer: it takes the first.
-    FeedBuffers(1);
-    Sleep(60);
-    const std::size_t nBefore = m_store.GetCount();
-    FeedBuffers(4);
-    EXPECT_FALSE(m_store.WaitForCount(nBefore + 1, 200));
+    FeedBuffers(5);
+    EXPECT_FALSE(m_store.WaitForCount(9, 200));
     m_capture.SetPaused(false);
     ASSERT_TRUE(m_store.WaitForCount(48));
     EXPECT_FALSE(m_store.WaitForCount(49, 30));
