@@ -39,7 +39,7 @@ bool CTuningReader::ReadNumber(long long& nOut) {
     }
     long long nNumber = 0;
     const auto [pBehind, error] = std::from_chars(pNumber, pEnd, nNumber);
-    m_bMetEnd = m_bMetEnd || pStart == pEnd || pBehind == pEnd;
+    m_bMetEnd = m_bMetEnd || pStart == pEnd;
     if (error == std::errc::invalid_argument) {
         return false;
     }
@@ -83,14 +83,9 @@ bool CTuningReader::ReadIntWithin(int nLow, int nHigh, int& nOut) {
 }
 
 CString CTuningReader::ReadName() {
-    const std::size_t nTab = m_strText.find('\t', m_nPosition);
+    const std::size_t nTab = std::min(m_strText.find('\t', m_nPosition), m_strText.size());
     CString strName(CutName(m_strText.substr(m_nPosition, nTab - m_nPosition)));
-    if (nTab == std::string_view::npos) {
-        m_nPosition = m_strText.size();
-        m_bMetEnd = true;
-    } else {
-        m_nPosition = nTab + 1;
-    }
+    m_nPosition = std::min(nTab + 1, m_strText.size());
     return strName;
 }
 

@@ -37,7 +37,7 @@ public:
     void SkipBrokenRecord(std::size_t nRecordStart);
 
     std::size_t GetPosition() const { return m_nPosition; }
-    // True once an operation has looked for a character behind the last.
+    // True once an operation needed a character behind the last and found none.
     bool HasMetEnd() const { return m_bMetEnd; }
 
 private:

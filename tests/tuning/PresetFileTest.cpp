@@ -86,11 +86,13 @@ TEST(PresetFile, ABadRecordIsDroppedAndTheRestStay) {
         ExpectRead(Record("one") + '\n' + strBad, true, 1, "one|");
         ExpectRead(strBad, false, 1, "");
     }
-    for (const char* szBad : {"bad\tx\t4\t0", "bad\t0\t4\tletters\t0\t0", "bad\t0\t4\t0\t9\t0\t2", "bad\t0",
-                              "bad\t", "bad\t0\t4\t0 \t ", "bad\t0\t4\t0\t9\t0\t2\t1\t7\t1\t11\t1\t4.0\t2"}) {
+    for (const char* szBad :
+         {"bad\tx\t4\t0", "bad\t0\t4\tletters\t0\t0", "bad\t0\t4\t0\t9\t0\t2", "bad\t0", "bad\t",
+          "bad\t0\t4\t0 \t ", "bad\t0\t4\n", "bad\t0\t4\t0\t9\t0\t2\t1\t7\t1\t11\t1\t4.0\t2"}) {
         ExpectRead(between(szBad), true, 1, "one|two|");
         ExpectRead(Record("one") + '\n' + szBad, true, 1, "one|");
     }
+    ExpectRead(Record("one") + "\nno tab", true, 1, "one|");
     // A number of the next line's name is no note of the broken one.
     ExpectRead("bad\t0\t4\t0\n" + Record("12-string"), true, 1, "12-string|");
 }

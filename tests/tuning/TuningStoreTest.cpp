@@ -156,6 +156,9 @@ TEST(TuningStore, FrequencyAndHopAreTruncated) {
         ASSERT_GE(store.GetAFrequency(), 430.0F);
         ASSERT_LE(store.GetAFrequency(), 450.0F);
     }
+    // 430.02 lies a little below itself too, which only the product in double precision shows.
+    store.SetAFrequency(430.02F);
+    EXPECT_EQ(store.SaveText().substr(FIRST_LINE.size(), 6), "43001\t");
     store.SetDefaults();
     store.SetHop(128.7F);
     EXPECT_EQ(store.SaveText(), DEFAULT_TEXT);
@@ -216,6 +219,7 @@ TEST(TuningStore, ABadTuningTakesAllWithIt) {
         EXPECT_EQ(store.GetCustomTunings()->GetCount(), 0) << szNotes;
     }
     EXPECT_FALSE(Loads(FIRST_LINE + DEFAULTS + "1\nno tag\tx" + DROP_D_NOTES));
+    EXPECT_FALSE(Loads(FIRST_LINE + DEFAULTS + "1\ntwo signs\t+-1" + DROP_D_NOTES));
     EXPECT_FALSE(Loads(FIRST_LINE + DEFAULTS + "1\nno tab"));
 }
 

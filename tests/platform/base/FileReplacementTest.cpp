@@ -1,4 +1,5 @@
 #include "platform/base/FileReplacement.h"
+#include "platform/base/String.h"
 #include "support/ScratchDirectory.h"
 #include "support/Subprocess.h"
 
@@ -12,6 +13,7 @@
 #include <chrono>
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <thread>
 
 namespace {
@@ -126,7 +128,9 @@ TEST(FileReplacement, AFullDiskCostsNothing) {
         constexpr std::size_t ROOM = 4096;
         FillDiskAbove(ROOM);
         const bool bFits = Replace(directory.Path("other"), CString(ROOM, 'x'));
-        return bFits && !Replace(directory.Path("state.txt"), CString(ROOM + 1, 'x')) ? 0 : 1;
+        CFileReplacement replacement;
+        const bool bPrepared = replacement.Prepare(directory.Path("state.txt"), CString(ROOM + 1, 'x'));
+        return bFits && !bPrepared && !replacement.Commit() ? 0 : 1;
     });
     EXPECT_EQ(nCode, 0);
     EXPECT_EQ(directory.Read("state.txt"), "old");
@@ -190,6 +194,25 @@ TEST(FileReplacement, WritersAtTheSameTimeEachReplaceTheWholeFile) {
         writer.join();
     }
     EXPECT_THAT(directory.Names(), ElementsAre("state.txt"));
+}
+
+TEST(FileReplacement, TouchesNoFileThatHasAPreparedOnesName) {
+    const CScratchDirectory directory;
+    const CString strPath = directory.Path("state.txt");
+    // Every third of the next names, as a process with the same number in another container might take them.
+    constexpr int NAMES = 900;
+    for (int i = 0; i < NAMES; i += 3) {
+        std::ofstream(FormatText("%s.%d-%d.new", strPath.c_str(), static_cast<int>(::getpid()), i))
+            << "other";
+    }
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_TRUE(Replace(strPath, "mine"));
+    }
+    const auto names = directory.Names();
+    ASSERT_EQ(names.size(), NAMES / 3 + 1U);
+    for (const CString& strName : names) {
+        EXPECT_EQ(directory.Read(strName), strName == "state.txt" ? "mine" : "other");
+    }
 }
 
 TEST(KeepOld, GivesTheOldFileANameThatNobodyHas) {
