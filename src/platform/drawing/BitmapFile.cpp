@@ -1,14 +1,13 @@
 #include "platform/drawing/Bitmap.h"
 
-#include <QtCore/QByteArray>
 #include <QtCore/QFile>
 #include <QtCore/QString>
-#include <QtCore/QtEndian>
 #include <QtGui/QImage>
 #include <QtGui/QImageReader>
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <exception>
@@ -35,45 +34,51 @@ struct Header {
     std::optional<ChannelMasks> masks;  // of a picture of 16 bits
 };
 
-template <class T>
-T FieldAt(const QByteArray& bytes, int nOffset) {
-    return qFromLittleEndian<T>(bytes.constData() + nOffset);
+using HeaderBytes = std::array<char, g_nWithMasks>;
+
+// A number of up to four bytes, the lowest first.
+std::uint32_t FieldAt(const HeaderBytes& bytes, std::size_t nOffset, std::size_t nBytes) {
+    std::uint32_t n = 0;
+    for (std::size_t i = nBytes; i-- > 0;) {
+        n = n << 8 | static_cast<std::uint8_t>(bytes[nOffset + i]);
+    }
+    return n;
 }
 
 std::optional<Header> ReadHeader(QFile& file) {
-    const QByteArray bytes = file.peek(g_nWithMasks);
-    if (bytes.size() < g_nFileHeaderSize + g_nOldInfoSize || !bytes.startsWith("BM")) {
+    HeaderBytes bytes{};
+    const qint64 nRead = file.peek(bytes.data(), static_cast<qint64>(bytes.size()));
+    if (nRead < g_nFileHeaderSize + g_nOldInfoSize || bytes[0] != 'B' || bytes[1] != 'M') {
         return std::nullopt;
     }
-    const auto nOffset = FieldAt<std::uint32_t>(bytes, 10);
-    const auto nInfoSize = FieldAt<std::uint32_t>(bytes, 14);
+    const auto nOffset = FieldAt(bytes, 10, 4);
+    const auto nInfoSize = FieldAt(bytes, 14, 4);
     const bool bOld = nInfoSize == g_nOldInfoSize;
     if (nOffset < std::uint64_t{nInfoSize} + g_nFileHeaderSize ||
-        (!bOld && (nInfoSize < g_nInfoSize || bytes.size() < g_nMasksAt))) {
+        (!bOld && (nInfoSize < g_nInfoSize || nRead < g_nMasksAt))) {
         return std::nullopt;
     }
-    const std::int64_t nWidth = bOld ? FieldAt<std::uint16_t>(bytes, 18) : FieldAt<std::int32_t>(bytes, 18);
-    const std::int64_t nRows = bOld ? FieldAt<std::uint16_t>(bytes, 20) : FieldAt<std::int32_t>(bytes, 22);
-    const std::int64_t nHeight = std::abs(nRows);
-    const std::int64_t nBits = FieldAt<std::uint16_t>(bytes, bOld ? 24 : 28);
-    const auto nCompression = bOld ? g_nPlain : FieldAt<std::uint32_t>(bytes, 30);
+    const auto nWidth = static_cast<std::int32_t>(FieldAt(bytes, 18, bOld ? 2 : 4));
+    const auto nRows = static_cast<std::int32_t>(bOld ? FieldAt(bytes, 20, 2) : FieldAt(bytes, 22, 4));
+    const std::int64_t nHeight = std::abs(std::int64_t{nRows});
+    const std::int64_t nBits = FieldAt(bytes, bOld ? 24 : 28, 2);
+    const std::uint32_t nCompression = bOld ? g_nPlain : FieldAt(bytes, 30, 4);
     if (nWidth < 1 || nHeight < 1 || nWidth * nHeight > CSurface::s_nMaxPixels || nBits > 32) {
         return std::nullopt;
     }
     const bool bRunLength = nCompression != g_nPlain && nCompression != g_nBitFields;
     const std::int64_t nData =
-        bRunLength ? FieldAt<std::uint32_t>(bytes, 34) : (nWidth * nBits + 31) / 32 * 4 * nHeight;
+        bRunLength ? std::int64_t{FieldAt(bytes, 34, 4)} : (nWidth * nBits + 31) / 32 * 4 * nHeight;
 
-    Header header{static_cast<int>(nWidth), static_cast<int>(nHeight), nOffset + nData, std::nullopt};
+    Header header{nWidth, static_cast<int>(nHeight), nOffset + nData, std::nullopt};
     if (nBits == 16) {
         header.masks = ChannelMasks{0x7C00, 0x03E0, 0x001F};
         if (nCompression == g_nBitFields) {
-            if (bytes.size() < g_nWithMasks) {
+            if (nRead < g_nWithMasks) {
                 return std::nullopt;
             }
-            header.masks = ChannelMasks{FieldAt<std::uint32_t>(bytes, g_nMasksAt),
-                                        FieldAt<std::uint32_t>(bytes, g_nMasksAt + 4),
-                                        FieldAt<std::uint32_t>(bytes, g_nMasksAt + 8)};
+            header.masks = ChannelMasks{FieldAt(bytes, g_nMasksAt, 4), FieldAt(bytes, g_nMasksAt + 4, 4),
+                                        FieldAt(bytes, g_nMasksAt + 8, 4)};
         }
     }
     return header;
