@@ -93,6 +93,7 @@ bool CCaptureThread::Start() {
     m_pControl->m_bRunning = true;
     if (!m_pThread->ResumeThread()) {
         m_pControl->m_bRunning = false;
+        m_pControl->m_opening = CaptureOpening::Failed;
         return false;
     }
     return true;

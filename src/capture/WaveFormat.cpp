@@ -5,7 +5,8 @@ void CWaveFormat::Set(int nChannelCount, int nSampleRate, int nBits) {
     nChannels = static_cast<WORD>(nChannelCount);
     nSamplesPerSec = static_cast<DWORD>(nSampleRate);
     wBitsPerSample = static_cast<WORD>(nBits);
-    nBlockAlign = static_cast<WORD>(nChannels * (wBitsPerSample / 8));
-    nAvgBytesPerSec = nBlockAlign * nSamplesPerSec;
+    const DWORD dwFrameBytes = DWORD{nChannels} * (wBitsPerSample / 8U);
+    nBlockAlign = static_cast<WORD>(dwFrameBytes);
+    nAvgBytesPerSec = dwFrameBytes * nSamplesPerSec;
     cbSize = 0;
 }
