@@ -4,9 +4,12 @@
 #include "window/TunerWndTest.h"
 
 #include <signal.h>
+#include <stdlib.h>
 
 #include <chrono>
 #include <functional>
+#include <mutex>
+#include <thread>
 
 namespace {
 
@@ -112,6 +115,25 @@ TEST_F(ClosingTest, EndsTheCaptureWithTheObject) {
     toolkit::RunFor(50);
     m_pWnd.reset();
     EXPECT_EQ(m_fake->GetOpenCount(), 0);
+}
+
+// A frame that cannot end, here for want of the picture: the process saves what there is and goes, for
+// nothing that the frame stands on may be taken away.
+TEST_F(ClosingTest, EndsTheProcessWhereAFrameCannotEnd) {
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    WriteState(1, 0, "1");
+    const auto closeUnderALock = [this] {
+        PlayWithoutPause();
+        Open();
+        toolkit::RunFor(100);
+        const std::scoped_lock lock(Wnd().GetPictureLock());
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        Wnd().SendMessage(WM_CLOSE);
+    };
+    // What the process leaves behind goes with this test's directory.
+    setenv("TMPDIR", m_directory.Path().c_str(), 1);
+    EXPECT_EXIT(closeUnderALock(), testing::ExitedWithCode(0), "");
+    unsetenv("TMPDIR");
 }
 
 TEST_F(ClosingTest, ObeysATerminationWhileADialogIsOpen) {

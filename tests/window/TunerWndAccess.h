@@ -3,6 +3,7 @@
 #include "window/TunerWnd.h"
 
 #include <cstddef>
+#include <mutex>
 #include <vector>
 
 // Looks inside the main window, and does what later parts of it will do.
@@ -16,7 +17,8 @@ public:
     const Tuning& Current() { return *m_wnd.m_store.GetCurrentTuning(); }
     bool CanDelete() { return m_wnd.m_btnDel.IsWindowEnabled(); }
     CString FrameRateText() { return m_wnd.m_stcFps.GetWindowText(); }
-    int FontSize() { return m_wnd.m_fontMain.GetPixelSize(); }
+    // While no frame runs.
+    int FrameCount() { return m_wnd.m_nFrames; }
 
     std::vector<CString> Rows() {
         std::vector<CString> rows;
