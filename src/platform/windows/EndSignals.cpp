@@ -1,7 +1,6 @@
 #include "platform/windows/EndSignals.h"
 
 #include <fcntl.h>
-#include <signal.h>
 #include <unistd.h>
 
 #include <QtCore/QSocketNotifier>

@@ -24,7 +24,8 @@ QString& Reason() {
 void OnStartMessage(QtMsgType nType, const QMessageLogContext& /*context*/, const QString& message) {
     if (nType == QtFatalMsg) {
         const QString& reason = Reason().isEmpty() ? message : Reason();
-        std::fprintf(stderr, "The display cannot be opened: %s\n", reason.toUtf8().constData());
+        static_cast<void>(
+            std::fprintf(stderr, "The display cannot be opened: %s\n", reason.toUtf8().constData()));
         std::_Exit(EXIT_FAILURE);
     }
     if (Reason().isEmpty()) {

@@ -5,8 +5,8 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <signal.h>
 
+#include <csignal>
 #include <functional>
 #include <memory>
 #include <string>
