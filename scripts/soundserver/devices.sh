@@ -28,7 +28,7 @@ launch() {
     env -u DISPLAY -u PULSE_SERVER -u PULSE_SINK -u PULSE_SOURCE -u PIPEWIRE_REMOTE \
         HOME="$dir/home" XDG_RUNTIME_DIR="$dir" PIPEWIRE_RUNTIME_DIR="$dir" \
         XDG_CONFIG_HOME="$dir/config" XDG_STATE_HOME="$dir/state" \
-        PULSE_RUNTIME_PATH="$dir/pulse" PULSE_STATE_PATH="$dir/state" \
+        PULSE_RUNTIME_PATH="$dir/pulse" PULSE_STATE_PATH="$dir/state" PULSE_COOKIE="$dir/cookie" \
         DBUS_SESSION_BUS_ADDRESS="unix:path=$dir/bus" DBUS_SYSTEM_BUS_ADDRESS="unix:path=$dir/no-bus" \
         setsid "$@" </dev/null >"$dir/$name.log" 2>&1 &
     echo $! >"$dir/$name.pid"
@@ -50,7 +50,8 @@ until_true() {
 }
 
 control() {
-    HOME="$dir/home" PULSE_RUNTIME_PATH="$dir/pulse" PULSE_SERVER="unix:$dir/pulse/native" pactl "$@"
+    HOME="$dir/home" PULSE_RUNTIME_PATH="$dir/pulse" PULSE_COOKIE="$dir/cookie" \
+        PULSE_SERVER="unix:$dir/pulse/native" pactl "$@"
 }
 
 defaults_stand() {
