@@ -35,6 +35,8 @@ protected:
 struct WayOut {
     const char* szName;
     void (*pfnGo)(CTunerWnd& wnd);
+
+    friend void PrintTo(const WayOut& way, std::ostream* pStream) { *pStream << way.szName; }
 };
 class WayOutTest : public ClosingTest, public testing::WithParamInterface<WayOut> {};
 

@@ -105,6 +105,8 @@ TEST_F(StartTest, LeavesOutAPresetWithANoteOutOfRangeAndSaysSo) {
 struct MissingFile {
     const char* szFile;
     const char* szMessage;
+
+    friend void PrintTo(const MissingFile& missing, std::ostream* pStream) { *pStream << missing.szFile; }
 };
 class MissingFileTest : public CTunerWndTest, public testing::WithParamInterface<MissingFile> {};
 

@@ -29,6 +29,11 @@ protected:
         toolkit::RunPending();
         m_log.clear();
     }
+    // What the owner was told; a paint may come at any time.
+    std::vector<std::string> Reports() {
+        std::erase(m_log, "paint");
+        return m_log;
+    }
     std::vector<std::string> Rows() {
         std::vector<std::string> rows;
         for (int i = 0; i < m_list.GetCount(); ++i) {
@@ -77,7 +82,7 @@ TEST_F(ListBox, ADeletedSelectionLeavesNoneWhereverItStood) {
         EXPECT_EQ(m_list.GetCurSel(), LB_ERR) << nSelected;
     }
     // Nothing of this was the user.
-    EXPECT_THAT(m_log, IsEmpty());
+    EXPECT_THAT(Reports(), IsEmpty());
 }
 
 TEST_F(ListBox, FindsAPrefixInAnyCaseFromBehindTheStartRound) {
@@ -119,24 +124,24 @@ TEST_F(ListBox, OnlyTheUserIsReported) {
     m_list.SetCurSel(3);
     m_list.SetCurSel(-1);
     m_list.SetCurSel(0);
-    EXPECT_THAT(m_log, IsEmpty());
+    EXPECT_THAT(Reports(), IsEmpty());
     toolkit::Key(m_list, g_nDown);
     EXPECT_EQ(m_list.GetCurSel(), 1);
-    EXPECT_THAT(m_log, ElementsAre("command:8/1"));
+    EXPECT_THAT(Reports(), ElementsAre("command:8/1"));
     toolkit::Key(m_list, g_nEnd);
     EXPECT_EQ(m_list.GetCurSel(), 29);
     m_list.SetCurSel(0);
     m_log.clear();
     toolkit::Key(m_list, g_nUp);
-    EXPECT_THAT(m_log, IsEmpty());
+    EXPECT_THAT(Reports(), IsEmpty());
     toolkit::Click(m_list, {20, 30});
     const int nClicked = m_list.GetCurSel();
     EXPECT_GT(nClicked, 0);
-    EXPECT_THAT(m_log, ElementsAre("command:8/1"));
+    EXPECT_THAT(Reports(), ElementsAre("command:8/1"));
     // Control and a click would take the selection away in the toolkit's way.
     toolkit::Click(m_list, {20, 30}, true);
     EXPECT_EQ(m_list.GetCurSel(), nClicked);
-    EXPECT_THAT(m_log, ElementsAre("command:8/1"));
+    EXPECT_THAT(Reports(), ElementsAre("command:8/1"));
 }
 
 // The handler that moves the selection, deletes rows and takes the focus, as owners of a list do.
@@ -195,7 +200,7 @@ TEST_F(ListBox, ACharacterThatIsNotPassedOnNeverReachesTheList) {
     m_log.clear();
     toolkit::Key(list, 'G', "g");
     EXPECT_EQ(list.GetCurSel(), 0);
-    EXPECT_THAT(m_log, ElementsAre("char:103"));
+    EXPECT_THAT(Reports(), ElementsAre("char:103"));
     toolkit::Key(list, g_nDown);
     EXPECT_EQ(list.GetCurSel(), 1);
     // The plain list looks for the letter itself.
