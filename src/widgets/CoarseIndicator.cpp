@@ -5,7 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <span>
+#include <cstdlib>
 
 namespace {
 
