@@ -3,6 +3,8 @@
 #include "platform/base/TextFile.h"
 #include "tuning/TuningReader.h"
 
+#include <utility>
+
 bool LoadPresetFile(const CString& strPath, CTuningList& presets, int& nDropped) {
     nDropped = 0;
     CString strText;
@@ -13,16 +15,19 @@ bool LoadPresetFile(const CString& strPath, CTuningList& presets, int& nDropped)
 bool LoadPresetText(std::string_view strText, CTuningList& presets, int& nDropped) {
     nDropped = 0;
     CTuningReader reader(strText);
+    std::size_t nLastBreak = std::string_view::npos;
     while (!reader.HasMetEnd()) {
-        const std::size_t nStart = reader.GetPosition();
         Tuning tuning;
         tuning.m_strName = reader.ReadName();
         if (tuning.m_strName.empty()) {
             return false;
         }
+        const std::size_t nNumbersStart = reader.GetPosition();
         if (!reader.ReadTagAndNotes(tuning)) {
-            ++nDropped;
-            reader.SkipBrokenRecord(nStart);
+            // The line that broke a record, tried as a record of its own, may break at the same place again.
+            const std::size_t nBreak = std::exchange(nLastBreak, reader.GetPosition());
+            nDropped += nBreak != nLastBreak ? 1 : 0;
+            reader.SkipBrokenRecord(nNumbersStart);
             continue;
         }
         reader.SkipCharacter();

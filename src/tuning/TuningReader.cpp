@@ -109,11 +109,11 @@ void CTuningReader::SkipLine() {
     m_nPosition = nLineEnd == std::string_view::npos ? m_strText.size() : nLineEnd + 1;
 }
 
-void CTuningReader::SkipBrokenRecord(std::size_t nRecordStart) {
-    const std::size_t nLineEnd = m_strText.substr(nRecordStart, m_nPosition - nRecordStart).rfind('\n');
+void CTuningReader::SkipBrokenRecord(std::size_t nNumbersStart) {
+    const std::size_t nLineEnd = m_strText.substr(nNumbersStart, m_nPosition - nNumbersStart).rfind('\n');
     if (nLineEnd == std::string_view::npos) {
         SkipLine();
     } else {
-        m_nPosition = nRecordStart + nLineEnd + 1;
+        m_nPosition = nNumbersStart + nLineEnd + 1;
     }
 }

@@ -32,9 +32,9 @@ public:
 
     void SkipCharacter();
     void SkipLine();
-    // After a record that began at nRecordStart broke off here: goes to the line that broke it, which is the
-    // next record, or behind the record's first line.
-    void SkipBrokenRecord(std::size_t nRecordStart);
+    // After a record whose numbers began at nNumbersStart, behind the name's TAB, broke off here: goes to the
+    // line that broke it, which may be the next record, or behind this line if the numbers began in it.
+    void SkipBrokenRecord(std::size_t nNumbersStart);
 
     std::size_t GetPosition() const { return m_nPosition; }
     // True once an operation needed a character behind the last and found none.

@@ -97,6 +97,19 @@ TEST(PresetFile, ABadRecordIsDroppedAndTheRestStay) {
     ExpectRead("bad\t0\t4\t0\n" + Record("12-string"), true, 1, "12-string|");
 }
 
+TEST(PresetFile, ABrokenRecordIsCountedOnceWhereverItsLinesEnd) {
+    const CString strOne = Record("one") + '\n';
+    const CString strTwo = '\n' + Record("two");
+    ExpectRead(strOne + "\nbad\tx\t1" + strTwo, true, 1, "one|two|");
+    ExpectRead(strOne + "no tab\n\nbad\tx\t1" + strTwo, true, 1, "one|two|");
+    ExpectRead(strOne + "bad\t0\t4\t0\n9\tx\t2\t1" + strTwo, true, 1, "one|two|");
+    ExpectRead(strOne + "\nbad\t0\t4\n0\t9\n0\tx\t2\t1" + strTwo, true, 1, "one|two|");
+    ExpectRead(strOne + "bad\t0\t4\t0\n9\t0", true, 1, "one|");
+    // Two of them are two, and what follows the second is a record again.
+    ExpectRead(strOne + "bad\t0\t4\t0\nworse\tx\t1" + strTwo, true, 2, "one|two|");
+    ExpectRead(strOne + "bad\t0\t4\t0\n9\tx\nworse\tx\t1" + strTwo, true, 2, "one|two|");
+}
+
 TEST(PresetFile, NamesAreCutTo254Bytes) {
     const CString strLong(254, 'x');
     ExpectRead(Record(strLong) + '\n' + Record(strLong + "y") + '\n' + Record("next"), true, 0,
