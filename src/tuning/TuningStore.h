@@ -26,7 +26,7 @@ public:
     bool Load(const CString& strPath);
     // Replaces the file in one step: whatever happens, the old one or the new one is there, whole. A file
     // that Load refused is kept beside it before (state.txt as state.rejected.txt). False if it couldn't be
-    // written; what was there is still there then.
+    // written, or the refused one not kept; what was there is still there then, under its name.
     bool Save(const CString& strPath);
 
     // The same on the text alone.

@@ -22,6 +22,8 @@ constexpr int MAX_NAME_ATTEMPTS = 100;
 constexpr int MAX_KEPT_FILES = 1000;
 constexpr mode_t PERMISSION_BITS = 0777;
 constexpr mode_t NEW_FILE_MODE = 0666;
+constexpr mode_t PRIVATE_MODE = 0600;
+constexpr std::size_t COPIED_AT_ONCE = 65536;
 
 // The directory of a path, with its slash; empty for a bare name.
 CString DirectoryOf(const CString& strPath) {
@@ -79,6 +81,40 @@ bool TakeOver(int nDescriptor, const struct stat& old) {
     const bool bGivenBack = bSameOwner || ::fchown(nDescriptor, old.st_uid, old.st_gid) == 0;
     const mode_t mode = old.st_mode & PERMISSION_BITS;
     return ::fchmod(nDescriptor, bGivenBack ? mode : mode & ~static_cast<mode_t>(S_IRWXG)) == 0;
+}
+
+bool CopyContent(int nFrom, int nTo) {
+    std::array<char, COPIED_AT_ONCE> buffer;
+    for (;;) {
+        const ssize_t nRead = ::read(nFrom, buffer.data(), buffer.size());
+        if (nRead == 0) {
+            return true;
+        }
+        const bool bInterrupted = nRead < 0 && errno == EINTR;
+        if (!bInterrupted &&
+            (nRead < 0 || !WriteAll(nTo, {buffer.data(), static_cast<std::size_t>(nRead)}))) {
+            return false;
+        }
+    }
+}
+
+// A copy under a name that nobody has, flushed to the disk. Where that fails, there is none.
+bool CopyFile(const CString& strFrom, const struct stat& from, const CString& strTo) {
+    const CFileDescriptor source(::open(strFrom.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!source.IsOpen()) {
+        return false;
+    }
+    CFileDescriptor copy(::open(strTo.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, PRIVATE_MODE));
+    if (!copy.IsOpen()) {
+        return false;
+    }
+    const bool bCopied =
+        TakeOver(copy.Get(), from) && CopyContent(source.Get(), copy.Get()) && ::fsync(copy.Get()) == 0;
+    if (!copy.Close() || !bCopied) {
+        ::unlink(strTo.c_str());
+        return false;
+    }
+    return true;
 }
 
 void FlushDirectory(const CString& strDirectory) {
@@ -153,13 +189,16 @@ bool CFileReplacement::KeepOld(const CString& strMark) {
             }
             continue;
         }
-        if (::link(m_strTarget.c_str(), strKept.c_str()) == 0) {
-            return true;
+        const bool bLinked = ::link(m_strTarget.c_str(), strKept.c_str()) == 0;
+        if (!bLinked && errno == EEXIST) {
+            continue;
         }
-        // A file system without second names, or one that forbids them here: the old file moves away.
-        if (errno != EEXIST && ::rename(m_strTarget.c_str(), strKept.c_str()) == 0) {
-            return true;
+        // A file system without second names, or one that forbids them here, gets a copy.
+        if (!bLinked && !CopyFile(m_strTarget, old, strKept)) {
+            return false;
         }
+        FlushDirectory(DirectoryOf(m_strTarget));
+        return true;
     }
     return false;
 }

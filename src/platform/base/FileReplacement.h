@@ -23,9 +23,10 @@ public:
     // Writes the new content beside the file. False if it couldn't be written, or if the old file may not be
     // written or is no plain file.
     bool Prepare(const CString& strPath, std::string_view strContent);
-    // Gives the old file another name too, with a mark before its extension: "state.txt" becomes
+    // Keeps the old file under a second name too, with a mark before its extension: "state.txt" also as
     // "state.rejected.txt", or "state.rejected.2.txt" and so on where that is taken, so that no file is lost.
-    // True also if there is no old file.
+    // Where the system gives no second names that is a copy. True also if there is no old file; false if it
+    // can't be kept. Either way the old file has its own name until Commit.
     bool KeepOld(const CString& strMark);
     // Puts the prepared file in the old one's place.
     bool Commit();

@@ -5,13 +5,22 @@
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <thread>
@@ -35,6 +44,27 @@ bool ReplaceAndKeep(const CString& strPath, std::string_view strContent) {
 mode_t ModeOf(const CString& strPath) {
     struct stat status = {};
     return ::stat(strPath.c_str(), &status) == 0 ? status.st_mode & 07777U : 0;
+}
+
+// In a child: from here on the system gives no file a second name, as where the file system knows none.
+void RefuseLinks() {
+#ifdef SYS_link
+    constexpr std::uint32_t LINK = SYS_link;
+#else
+    constexpr std::uint32_t LINK = SYS_linkat;
+#endif
+    std::array program{
+        sock_filter{BPF_LD | BPF_W | BPF_ABS, 0, 0, offsetof(seccomp_data, nr)},
+        sock_filter{BPF_JMP | BPF_JEQ | BPF_K, 1, 0, LINK},
+        sock_filter{BPF_JMP | BPF_JEQ | BPF_K, 0, 1, SYS_linkat},
+        sock_filter{BPF_RET | BPF_K, 0, 0, SECCOMP_RET_ERRNO | EPERM},
+        sock_filter{BPF_RET | BPF_K, 0, 0, SECCOMP_RET_ALLOW},
+    };
+    const sock_fprog filter{program.size(), program.data()};
+    if (::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 ||
+        ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) != 0) {
+        std::abort();
+    }
 }
 
 TEST(FileReplacement, PutsTheNewContentInPlaceAndLeavesNothingElse) {
@@ -138,13 +168,15 @@ TEST(FileReplacement, AFullDiskCostsNothing) {
 }
 
 TEST(FileReplacement, AKilledWriterLeavesAWholeFile) {
+    // Enough kills to meet different moments of a write, and as many more as it takes to meet one at all.
     constexpr int KILLS = 40;
+    constexpr int MOST_KILLS = 400;
     constexpr std::size_t SIZE = 1000000;
     const CScratchDirectory directory;
     const CString strPath = directory.Path("state.txt");
     ASSERT_TRUE(Replace(strPath, CString(SIZE, 'a')));
     int nCaughtInTheAct = 0;
-    for (int i = 0; i < KILLS; ++i) {
+    for (int i = 0; i < KILLS || (nCaughtInTheAct == 0 && i < MOST_KILLS); ++i) {
         const pid_t nChild = ::fork();
         ASSERT_GE(nChild, 0);
         if (nChild == 0) {
@@ -153,7 +185,7 @@ TEST(FileReplacement, AKilledWriterLeavesAWholeFile) {
             }
             ::_exit(0);
         }
-        std::this_thread::sleep_for(std::chrono::microseconds(1000 + 701 * i));
+        std::this_thread::sleep_for(std::chrono::microseconds(1000 + 701 * (i % KILLS)));
         ::kill(nChild, SIGKILL);
         ::waitpid(nChild, nullptr, 0);
         const CString strContent = directory.Read("state.txt");
@@ -250,14 +282,64 @@ TEST(KeepOld, IsDoneOnceWhenStoppedBeforeCommit) {
     EXPECT_THAT(directory.Names(), ElementsAre("state.rejected.txt", "state.txt"));
 }
 
-TEST(KeepOld, KeepsAlsoWhatCannotBeReadOrLinked) {
+TEST(KeepOld, CopiesWhereThereAreNoSecondNames) {
+    const CScratchDirectory directory;
+    const CString strOld = CString(200000, 'o') + "ld";
+    directory.Write("state.txt", strOld);
+    directory.Write("state.rejected.txt", "earlier");
+    ASSERT_EQ(::chmod(directory.Path("state.txt").c_str(), 0640), 0);
+    const auto keep = [&](bool bCommit) {
+        return RunInChild([&] {
+            RefuseLinks();
+            CFileReplacement replacement;
+            return replacement.Prepare(directory.Path("state.txt"), "new") &&
+                           replacement.KeepOld(".rejected") && (!bCommit || replacement.Commit())
+                       ? 0
+                       : 1;
+        });
+    };
+    // One that ends before Commit, as by a crash, has taken nothing away.
+    EXPECT_EQ(keep(false), 0);
+    EXPECT_EQ(directory.Read("state.txt"), strOld);
+    EXPECT_EQ(fs::hard_link_count(directory.Path("state.txt")), 1U) << "it's no second name";
+    EXPECT_EQ(directory.Read("state.rejected.2.txt"), strOld);
+    EXPECT_EQ(ModeOf(directory.Path("state.rejected.2.txt")), 0640U);
+
+    EXPECT_EQ(keep(true), 0);
+    EXPECT_EQ(directory.Read("state.txt"), "new");
+    EXPECT_EQ(directory.Read("state.rejected.txt"), "earlier");
+    EXPECT_EQ(directory.Read("state.rejected.3.txt"), strOld);
+}
+
+TEST(KeepOld, AFullDiskLeavesNoHalfACopy) {
+    const CScratchDirectory directory;
+    directory.Write("state.txt", CString(100000, 'o'));
+    const int nCode = RunInChild([&] {
+        RefuseLinks();
+        FillDiskAbove(70000);
+        return ReplaceAndKeep(directory.Path("state.txt"), "new") ? 1 : 0;
+    });
+    EXPECT_EQ(nCode, 0);
+    EXPECT_EQ(directory.Read("state.txt"), CString(100000, 'o'));
+    EXPECT_THAT(directory.Names(), ElementsAre("state.txt"));
+}
+
+TEST(KeepOld, KeepsWhatCannotBeReadOrLeavesItAlone) {
     const CScratchDirectory directory;
     ASSERT_EQ(::chmod(directory.Path().c_str(), 0777), 0);
     directory.Write("state.txt", "unreadable");
     ASSERT_EQ(::chmod(directory.Path("state.txt").c_str(), 0222), 0);
-    EXPECT_EQ(RunAsNobody([&] { return ReplaceAndKeep(directory.Path("state.txt"), "new") ? 0 : 1; }), 0);
-    ASSERT_EQ(::chmod(directory.Path("state.txt").c_str(), 0644), 0);
-    ASSERT_EQ(::chmod(directory.Path("state.rejected.txt").c_str(), 0644), 0);
+    const int nCode = RunAsNobody([&] {
+        RefuseLinks();
+        return ReplaceAndKeep(directory.Path("state.txt"), "new") ? 1 : 0;
+    });
+    EXPECT_EQ(nCode, 0);
+    EXPECT_THAT(directory.Names(), ElementsAre("state.txt"));
+    // With second names nobody needs to read it.
+    EXPECT_TRUE(ReplaceAndKeep(directory.Path("state.txt"), "new"));
+    for (const char* szName : {"state.txt", "state.rejected.txt"}) {
+        ASSERT_EQ(::chmod(directory.Path(szName).c_str(), 0644), 0);
+    }
     EXPECT_EQ(directory.Read("state.txt"), "new");
     EXPECT_EQ(directory.Read("state.rejected.txt"), "unreadable");
 }
