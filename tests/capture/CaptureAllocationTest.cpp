@@ -31,6 +31,12 @@ void* operator new(std::size_t nBytes) {
 void* operator new[](std::size_t nBytes) {
     return Allocate(nBytes);
 }
+void* operator new(std::size_t nBytes, const std::nothrow_t& /*tag*/) noexcept {
+    return Allocate(nBytes);
+}
+void* operator new[](std::size_t nBytes, const std::nothrow_t& /*tag*/) noexcept {
+    return Allocate(nBytes);
+}
 void operator delete(void* pMemory) noexcept {
     std::free(pMemory);
 }

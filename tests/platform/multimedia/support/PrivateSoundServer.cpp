@@ -95,6 +95,6 @@ bool CPrivateSoundServer::PlaySine(double fFrequency, const std::string& strFeed
         }
     }
     return m_player.Start({"paplay", "--raw", "--rate=48000", "--channels=1", "--format=s16le",
-                           "--latency-msec=50", "-d", strFeed, file.string()},
+                           "--latency-msec=500", "-d", strFeed, file.string()},
                           {}, m_directory.GetPath(), m_directory.GetPath() / "player.log");
 }
