@@ -23,6 +23,9 @@ constexpr double LOWEST_SAMPLE = 32768.0;
 // The level meter's range, on the scale of 10 ln of the ratio to full scale.
 constexpr double LEVEL_RANGE = 60.0;
 
+// Harmonics whose divisors are kept in a table: those of 35 Hz up to 22 kHz.
+constexpr int LISTED_HARMONICS = 640;
+
 constexpr float FIRST_REFERENCE = DEFAULT_A_FREQUENCY;
 
 }  // namespace
@@ -36,7 +39,8 @@ bool CSpectrumAnalyzer::Setup(int nBlockSamples, int nSampleRate, int nMaxPeaks,
     m_fLowestFrequency = fLowestFrequency;
 
     CAlignedArray<float> temporary;
-    if (nBlockSamples < 0 || !temporary.Allocate(nBlockSamples + 1)) {
+    if (nBlockSamples < 0 || nPrimes > MAX_PRIMES || nProbes > CProbeBank::MAX_PROBES ||
+        !temporary.Allocate(nBlockSamples + 1)) {
         return false;
     }
     ReleaseTables();
@@ -49,8 +53,13 @@ bool CSpectrumAnalyzer::Setup(int nBlockSamples, int nSampleRate, int nMaxPeaks,
         return false;
     }
     m_fBandRatio = static_cast<float>(std::pow(2.0, -1.0 / nProbes));
+    for (int t = 0; t < nProbes; ++t) {
+        m_pfFirstProbe[t] =
+            static_cast<float>(std::pow(2.0, static_cast<double>(t) / nProbes) * fLowestFrequency);
+    }
     ResetProbes();
     FillPrimes();
+    m_bank.Prepare(m_pfFirstProbe.All(), m_fBandRatio, m_pnPrimes.All(), m_pfPrimeShare.All());
     BuildWindows(temporary);
     ClearCandidates();
     // Limits that the first reference lies outside of leave the analyser without notes until another one
@@ -64,6 +73,7 @@ bool CSpectrumAnalyzer::Setup(int nBlockSamples, int nSampleRate, int nMaxPeaks,
 
 bool CSpectrumAnalyzer::AllocateTables(int nMaxPeaks, int nPrimes, int nProbes) {
     const int nBins = m_nBlockSamples + 2;
+    const int nPlaces = m_nHalfBlock + 1;
     const int nSlots = nMaxPeaks * nProbes;
     m_nMaxPeaks = nMaxPeaks;
     m_nProbes = nProbes;
@@ -71,12 +81,17 @@ bool CSpectrumAnalyzer::AllocateTables(int nMaxPeaks, int nPrimes, int nProbes) 
     return m_pfWindow.Allocate(m_nBlockSamples) && m_pfRampWindow.Allocate(m_nBlockSamples) &&
            m_pfSlopeWindow.Allocate(m_nBlockSamples) && m_pfSpectrum.Allocate(nBins) &&
            m_pfSlopeSpectrum.Allocate(nBins) && m_pfRampSpectrum.Allocate(nBins) &&
-           m_pfPower.Allocate(m_nHalfBlock + 1) && m_pfPeakFrequency.Allocate(nMaxPeaks) &&
-           m_pfPeakAmplitude.Allocate(nMaxPeaks) && m_pnSlotHarmonic.Allocate(nSlots) &&
+           m_pfPower.Allocate(nPlaces) && m_pnScannedBin.Allocate(nPlaces) &&
+           m_pfScannedPower.Allocate(nPlaces) && m_pnStrongBin.Allocate(nPlaces) &&
+           m_pfFoundFrequency.Allocate(nPlaces) && m_pfFoundPower.Allocate(nPlaces) &&
+           m_pnPeakHarmonic.Allocate(nMaxPeaks) && m_pfFirstProbe.Allocate(nProbes) &&
+           m_pfPeakFrequency.Allocate(nMaxPeaks) && m_pfPeakAmplitude.Allocate(nMaxPeaks) &&
+           m_pnSlotCount.Allocate(nProbes) && m_pnSlotHarmonic.Allocate(nSlots + 1) &&
            m_pfSlotFrequency.Allocate(nSlots) && m_pfSlotAmplitude.Allocate(nSlots) &&
            m_pfProbeFrequency.Allocate(nProbes) && m_pfProbeScore.Allocate(nProbes) &&
-           m_pnPrimes.Allocate(nPrimes) && m_pfPrimeEnergy.Allocate(nPrimes) &&
-           m_pfPrimeShare.Allocate(nPrimes) && m_pCandidates.Allocate(SEMITONES);
+           m_pnPrimes.Allocate(nPrimes) && m_pbSlotDivisors.Allocate(nMaxPeaks) &&
+           m_pbDivisors.Allocate(LISTED_HARMONICS) && m_pfPrimeShare.Allocate(nPrimes) &&
+           m_pCandidates.Allocate(SEMITONES);
 }
 
 void CSpectrumAnalyzer::ReleaseTables() {
@@ -87,6 +102,14 @@ void CSpectrumAnalyzer::ReleaseTables() {
     m_pfSlopeSpectrum.Free();
     m_pfRampSpectrum.Free();
     m_pfPower.Free();
+    m_pnScannedBin.Free();
+    m_pfScannedPower.Free();
+    m_pnStrongBin.Free();
+    m_pfFoundFrequency.Free();
+    m_pfFoundPower.Free();
+    m_pnPeakHarmonic.Free();
+    m_pfFirstProbe.Free();
+    m_pnSlotCount.Free();
     m_pnSlotHarmonic.Free();
     m_pfSlotFrequency.Free();
     m_pfSlotAmplitude.Free();
@@ -95,7 +118,8 @@ void CSpectrumAnalyzer::ReleaseTables() {
     m_pfProbeFrequency.Free();
     m_pfProbeScore.Free();
     m_pnPrimes.Free();
-    m_pfPrimeEnergy.Free();
+    m_pbSlotDivisors.Free();
+    m_pbDivisors.Free();
     m_pfPrimeShare.Free();
     m_pCandidates.Free();
     m_grid.Publish(nullptr);
@@ -117,6 +141,9 @@ void CSpectrumAnalyzer::FillPrimes() {
             m_pfPrimeShare[nFound] =
                 PRIME_SHARES[std::min<std::size_t>(found.size(), PRIME_SHARES.size() - 1)];
             m_pnPrimes[nFound] = nNumber;
+            for (int h = nNumber; h < m_pbDivisors.Count(); h += nNumber) {
+                m_pbDivisors[h] = static_cast<std::uint8_t>(m_pbDivisors[h] | 1U << nFound);
+            }
             ++nFound;
         }
     }

@@ -2,11 +2,13 @@
 
 #include "analysis/NoteClaims.h"
 #include "analysis/NoteGrid.h"
+#include "analysis/ProbeBank.h"
 #include "analysis/PublishedGrid.h"
 #include "platform/signal/AlignedArray.h"
 #include "tuning/NoteReading.h"
 
 #include <array>
+#include <cstdint>
 #include <span>
 
 // Turns one block of samples into note candidates, one for each semitone.
@@ -24,6 +26,10 @@
 // one at a time, while blocks are analysed. After Setup nothing allocates or locks but SetReference.
 class CSpectrumAnalyzer {
 public:
+    static constexpr int MAX_PRIMES = 8;
+    // One for each prime.
+    using PrimeSums = std::array<float, MAX_PRIMES>;
+
     CSpectrumAnalyzer() = default;
     ~CSpectrumAnalyzer() { Clear(); }
     CSpectrumAnalyzer(const CSpectrumAnalyzer&) = delete;
@@ -81,10 +87,15 @@ private:
     void FillPrimes();
     void BuildWindows(CAlignedArray<float>& temporary);
 
+    void ScanPeaks();
+    int CorrectPeaks(int nStrongest, bool bTimeGate);
+    void SelectPeaks(int nFound);
+
     void ResetProbes();
     void SearchProbes();
     float ScoreProbe(float fFrequency, int nProbe);
     bool FindDivisor(int nProbe, int* pnDivisor);
+    std::uint8_t DivisorsOf(int h) const;
     void AcceptProbe(int nProbe);
     bool IsFundamental(int nProbe) const;
     NoteReading EstimateFundamental(int nProbe);
@@ -96,7 +107,6 @@ private:
     CAlignedArray<float> m_pfSpectrum;
     CAlignedArray<float> m_pfSlopeSpectrum;
     CAlignedArray<float> m_pfRampSpectrum;
-    CAlignedArray<float> m_pfPower;
     int m_nBlockSamples = 0;
     int m_nFftOrder = 0;
     int m_nHalfHop = 0;
@@ -104,6 +114,8 @@ private:
     float m_fLowestFrequency = 0.0F;
     float m_fHalfBin = 0.0F;
     int m_nHalfBlock = 0;
+    // For each probe its slots, in order of their harmonics: how many are filled, and the peaks in them.
+    CAlignedArray<int> m_pnSlotCount;
     CAlignedArray<int> m_pnSlotHarmonic;
     CAlignedArray<float> m_pfSlotFrequency;
     CAlignedArray<float> m_pfSlotAmplitude;
@@ -115,8 +127,24 @@ private:
     int m_nProbes = 0;
     float m_fBandRatio = 0.0F;
     CNoteClaims m_claims;
+    // Scratch of the peak search: the power of all bins; the bins above both neighbours and their powers; the
+    // strongest of these; the frequencies and powers that they have once corrected; the harmonic that a probe
+    // gives each selected peak.
+    CAlignedArray<float> m_pfPower;
+    CAlignedArray<int> m_pnScannedBin;
+    CAlignedArray<float> m_pfScannedPower;
+    int m_nScanned = 0;
+    CAlignedArray<int> m_pnStrongBin;
+    CAlignedArray<float> m_pfFoundFrequency;
+    CAlignedArray<float> m_pfFoundPower;
+    int m_nSelected = 0;
+    CAlignedArray<int> m_pnPeakHarmonic;
+    CAlignedArray<std::uint8_t> m_pbSlotDivisors;
+    CAlignedArray<std::uint8_t> m_pbDivisors;  // of the first harmonics
+    CProbeBank m_bank;
+    CAlignedArray<float> m_pfFirstProbe;  // where the probes of each block begin
     CAlignedArray<int> m_pnPrimes;
-    CAlignedArray<float> m_pfPrimeEnergy;
+    alignas(32) PrimeSums m_afPrimeEnergy{};
     CAlignedArray<float> m_pfPrimeShare;
     int m_nPrimes = 0;
     CPublishedGrid m_grid;

@@ -1,21 +1,73 @@
+// The harmonic sieve: which fundamentals do the selected peaks agree on?
+
 #include "analysis/SpectrumAnalyzer.h"
+#include "platform/signal/VectorClones.h"
 #include "platform/signal/VectorOperations.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+namespace {
+
+// Harmonics up to this one are the low ones.
+constexpr int LAST_LOW_HARMONIC = 5;
+// What the low harmonics of a fundamental must exceed, as a part of the score.
+constexpr double LEAST_LOW_PART = 0.25;
+// What the harmonics with a neighbour must reach.
+constexpr double LEAST_ADJACENT_PART = 0.5;
+
+// For each peak the harmonic whose band, from harmonic x dLow (outside) to harmonic x dHigh (inside), it lies
+// in: the lowest one that reaches it; 0 for a peak between the bands.
+FRETVANE_VECTOR_CLONES
+void MatchHarmonics(const float* pfFrequency, int n, double dLow, double dHigh, int* pnHarmonic) {
+    const double dReciprocal = 1.0 / dHigh;
+    for (int i = 0; i < n; ++i) {
+        const double dFrequency = pfFrequency[i];
+        // Products of a harmonic and a float are exact in double precision, and so is each comparison.
+        // The quotient is good to much more than the least distance at which it can miss a whole number.
+        const int nBelow = static_cast<int>(dFrequency * dReciprocal);
+        const int nHarmonic = nBelow + static_cast<int>(nBelow * dHigh < dFrequency);
+        pnHarmonic[i] = nHarmonic * dLow < dFrequency ? nHarmonic : 0;
+    }
+}
+
+using Floats [[gnu::vector_size(CSpectrumAnalyzer::MAX_PRIMES * sizeof(float))]] = float;
+using Bits [[gnu::vector_size(CSpectrumAnalyzer::MAX_PRIMES * sizeof(std::uint32_t))]] = std::uint32_t;
+
+// Adds each slot's amplitude to the sums of the primes that divide its harmonic, all primes side by side.
+FRETVANE_VECTOR_CLONES
+void SumByPrimes(const std::uint8_t* pbDivisors, const float* pfAmplitude, int n,
+                 CSpectrumAnalyzer::PrimeSums& sums) {
+    constexpr Bits BITS = {1, 2, 4, 8, 16, 32, 64, 128};
+    constexpr Floats NONE = {};
+    Floats local = {};
+    for (int i = 0; i < n; ++i) {
+        const Bits divisors = BITS & pbDivisors[i];
+        local += divisors != 0 ? pfAmplitude[i] + NONE : NONE;
+    }
+    std::memcpy(sums.data(), &local, sizeof local);
+}
+
+}  // namespace
 
 void CSpectrumAnalyzer::ResetProbes() {
-    for (int t = 0; t < m_nProbes; ++t) {
-        m_pfProbeFrequency[t] =
-            static_cast<float>(std::pow(2.0, static_cast<double>(t) / m_nProbes) * m_fLowestFrequency);
-        m_pfProbeScore[t] = 0.0F;
-    }
+    std::copy_n(m_pfFirstProbe.Data(), m_nProbes, m_pfProbeFrequency.Data());
+    m_pfProbeScore.FillZero();
 }
 
 void CSpectrumAnalyzer::SearchProbes() {
     ResetProbes();
-    for (int t = 0; t < m_nProbes; ++t) {
-        m_pfProbeScore[t] = ScoreProbe(m_pfProbeFrequency[t], t);
+    // The others would come to nothing.
+    std::uint32_t nHopeful =
+        m_bank.FindHopeful(m_pfPeakFrequency.Data(), m_pfPeakAmplitude.Data(), m_nMaxPeaks);
+    for (; nHopeful != 0; nHopeful &= nHopeful - 1) {
+        const int nProbe = std::countr_zero(nHopeful);
+        m_pfProbeScore[nProbe] = ScoreProbe(m_pfProbeFrequency[nProbe], nProbe);
     }
     int t = 0;
     while (nspsMaxExt(m_pfProbeScore.Data(), m_nProbes, &t) > 0.0F) {
@@ -31,54 +83,76 @@ void CSpectrumAnalyzer::SearchProbes() {
     }
 }
 
+// Fills the probe's slots with the peaks on the harmonics of fFrequency, of several in one band the
+// strongest. The score is the sum of their amplitudes.
 float CSpectrumAnalyzer::ScoreProbe(float fFrequency, int nProbe) {
-    const double lo = static_cast<float>(static_cast<double>(fFrequency) * m_fBandRatio);
-    const double hi = static_cast<float>(static_cast<double>(fFrequency) / m_fBandRatio);
+    const auto fLow = static_cast<float>(static_cast<double>(fFrequency) * m_fBandRatio);
+    const auto fHigh = static_cast<float>(static_cast<double>(fFrequency) / m_fBandRatio);
+    MatchHarmonics(m_pfPeakFrequency.Data(), m_nMaxPeaks, fLow, fHigh, m_pnPeakHarmonic.Data());
+
     const int nBase = nProbe * m_nMaxPeaks;
-    int* H = m_pnSlotHarmonic.Data() + nBase;
-    float* F = m_pfSlotFrequency.Data() + nBase;
-    float* A = m_pfSlotAmplitude.Data() + nBase;
+    int* pnHarmonic = m_pnSlotHarmonic.Data() + nBase;
+    float* pfFrequency = m_pfSlotFrequency.Data() + nBase;
+    float* pfAmplitude = m_pfSlotAmplitude.Data() + nBase;
+    // The slot being filled is written at every peak and moves on with a new harmonic. Which peaks match
+    // cannot be foreseen, so that there is no branch on it: what does not match changes nothing. A first slot
+    // before the tables' first takes what comes before any match.
+    int nSlot = -1;
+    int nHere = 0;
+    float fStrongest = 0.0F;
+    float fBest = 0.0F;
+    float fScore = 0.0F;
     for (int i = 0; i < m_nMaxPeaks; ++i) {
-        H[i] = 0;
-        F[i] = A[i] = 0;
+        const int h = m_pnPeakHarmonic[i];
+        const float a = m_pfPeakAmplitude[i];
+        const bool bMatch = (h != 0) & (a > 0.0F);
+        const bool bNew = bMatch & (h != nHere);
+        nSlot += static_cast<int>(bNew);
+        fScore += bNew ? fStrongest : 0.0F;
+        fStrongest = bNew ? 0.0F : fStrongest;
+        const bool bStronger = bMatch & (fStrongest < a);
+        fStrongest = bStronger ? a : fStrongest;
+        fBest = bStronger ? m_pfPeakFrequency[i] : fBest;
+        nHere = bNew ? h : nHere;
+        const int nWrite = std::max(nSlot, 0);
+        pnHarmonic[nWrite] = nHere;
+        pfFrequency[nWrite] = fBest;
+        pfAmplitude[nWrite] = fStrongest;
     }
-    int h = 0, last = -1, s = -1;
-    for (int i = 0; i < m_nMaxPeaks; ++i) {
-        const float a = m_pfPeakAmplitude[i], g = m_pfPeakFrequency[i];
-        if (!(a > 0))
-            continue;
-        while (h * hi < g)
-            ++h;
-        if (h * lo >= g)
-            continue;
-        if (h != last) {
-            ++s;
-            last = h;
-        }
-        if (A[s] < a) {
-            H[s] = h;
-            F[s] = g;
-            A[s] = a;
-        }
-    }
-    float fScore = 0;
-    for (int i = 0; i < m_nMaxPeaks; ++i)
-        fScore += A[i];
-    return fScore;
+    m_pnSlotCount[nProbe] = nSlot + 1;
+    return fScore + fStrongest;
 }
 
+// Whether the probe's energy sits on the multiples of a prime: the first one, in the order of the harmonics,
+// whose multiples hold more than its share of the score.
 bool CSpectrumAnalyzer::FindDivisor(int nProbe, int* pnDivisor) {
-    m_pfPrimeEnergy.FillZero();
     const int nBase = nProbe * m_nMaxPeaks;
-    for (int i = nBase; i < nBase + m_nMaxPeaks; ++i) {
-        const int h = m_pnSlotHarmonic[i];
-        if (h == 0)
-            return false;
-        for (int q = 0; q < m_nPrimes && m_pnPrimes[q] <= h; ++q) {
-            if (h % m_pnPrimes[q] != 0)
-                continue;
-            m_pfPrimeEnergy[q] += m_pfSlotAmplitude[i];
-            if (static_cast<double>(m_pfProbeScore[nProbe]) * m_pfPrimeShare[q] < m_pfPrimeEnergy[q]) {
+    const int* pnHarmonic = m_pnSlotHarmonic.Data() + nBase;
+    const float* pfAmplitude = m_pfSlotAmplitude.Data() + nBase;
+    const int nSlots = m_pnSlotCount[nProbe];
+    for (int i = 0; i < nSlots; ++i) {
+        m_pbSlotDivisors[i] = DivisorsOf(pnHarmonic[i]);
+    }
+    // Sums only grow, so that a prime wins at some slot exactly if it wins with all of them. Most often none
+    // does.
+    SumByPrimes(m_pbSlotDivisors.Data(), pfAmplitude, nSlots, m_afPrimeEnergy);
+    const double dScore = m_pfProbeScore[nProbe];
+    std::uint32_t nWinners = 0;
+    for (int q = 0; q < m_nPrimes; ++q) {
+        const bool bWins = dScore * m_pfPrimeShare[q] < m_afPrimeEnergy[static_cast<std::size_t>(q)];
+        nWinners |= static_cast<std::uint32_t>(bWins) << q;
+    }
+    if (nWinners == 0) {
+        return false;
+    }
+    // Among several winners the first to win.
+    m_afPrimeEnergy.fill(0.0F);
+    for (int i = 0; i < nSlots; ++i) {
+        for (std::uint32_t nLeft = m_pbSlotDivisors[i] & nWinners; nLeft != 0; nLeft &= nLeft - 1) {
+            const int q = std::countr_zero(nLeft);
+            float& fEnergy = m_afPrimeEnergy[static_cast<std::size_t>(q)];
+            fEnergy += pfAmplitude[i];
+            if (dScore * m_pfPrimeShare[q] < fEnergy) {
                 *pnDivisor = m_pnPrimes[q];
                 return true;
             }
@@ -87,48 +161,70 @@ bool CSpectrumAnalyzer::FindDivisor(int nProbe, int* pnDivisor) {
     return false;
 }
 
-bool CSpectrumAnalyzer::IsFundamental(int nProbe) const {
-    const int nBase = nProbe * m_nMaxPeaks;
-    const int* H = m_pnSlotHarmonic.Data() + nBase;
-    const float* A = m_pfSlotAmplitude.Data() + nBase;
-    float adjacent = 0, low = 0;
-    for (int i = 0; i < m_nMaxPeaks; ++i) {
-        if (i > 0 && H[i - 1] == H[i] - 1)
-            adjacent += A[i];
-        if (i + 1 < m_nMaxPeaks && H[i + 1] == H[i] + 1)
-            adjacent += A[i];
-        if (H[i] <= 5)
-            low += A[i];
+// The primes that divide harmonic h, as bits: none for 0, an empty slot.
+std::uint8_t CSpectrumAnalyzer::DivisorsOf(int h) const {
+    if (h < m_pbDivisors.Count()) {
+        return m_pbDivisors[h];
     }
-    adjacent *= 0.5F;
-    const double s = m_pfProbeScore[nProbe];
-    return !(0.5 * s > adjacent) && low > 0.25 * s;
+    std::uint32_t nDivisors = 0;
+    for (int q = 0; q < m_nPrimes; ++q) {
+        nDivisors |= static_cast<std::uint32_t>(h % m_pnPrimes[q] == 0) << q;
+    }
+    return static_cast<std::uint8_t>(nDivisors);
 }
 
+// Whether half of the score stands on neighbouring harmonics, and more than a quarter on the low ones.
+bool CSpectrumAnalyzer::IsFundamental(int nProbe) const {
+    const int nBase = nProbe * m_nMaxPeaks;
+    const int* pnHarmonic = m_pnSlotHarmonic.Data() + nBase;
+    const float* pfAmplitude = m_pfSlotAmplitude.Data() + nBase;
+    const int nSlots = m_pnSlotCount[nProbe];
+    float fAdjacent = 0.0F;
+    float fLow = 0.0F;
+    bool bBefore = false;
+    for (int i = 0; i < nSlots; ++i) {
+        const float a = pfAmplitude[i];
+        // There is a slot past the last, with whatever is left in it.
+        const bool bAfter = (i + 1 < nSlots) & (pnHarmonic[i + 1] == pnHarmonic[i] + 1);
+        fAdjacent += bBefore ? a : 0.0F;
+        fAdjacent += bAfter ? a : 0.0F;
+        fLow += pnHarmonic[i] <= LAST_LOW_HARMONIC ? a : 0.0F;
+        bBefore = bAfter;
+    }
+    fAdjacent *= 0.5F;
+    const double dScore = m_pfProbeScore[nProbe];
+    return !(LEAST_ADJACENT_PART * dScore > fAdjacent) && fLow > LEAST_LOW_PART * dScore;
+}
+
+// Ends the probe; a fundamental that is stronger than what its semitone holds takes that place and claims its
+// peaks.
 void CSpectrumAnalyzer::AcceptProbe(int nProbe) {
     if (IsFundamental(nProbe)) {
-        const NoteReading r = EstimateFundamental(nProbe);
-        if (r.strength > m_pCandidates[r.semitone].strength) {
-            m_pCandidates[r.semitone] = r;
-            m_claims.ClearNote(r.semitone);
-            m_claims.SetOctave(r.semitone, r.octave);
-            m_claims.SetFrequency(r.semitone, r.frequency);
-            for (int i = 0; i < m_nMaxPeaks; ++i)
-                m_claims.ClaimPeak(r.semitone, m_pfSlotFrequency[nProbe * m_nMaxPeaks + i]);
+        const NoteReading note = EstimateFundamental(nProbe);
+        NoteReading& candidate = m_pCandidates[note.semitone];
+        if (note.strength > candidate.strength) {
+            candidate = note;
+            m_claims.ClearNote(note.semitone);
+            m_claims.SetOctave(note.semitone, note.octave);
+            m_claims.SetFrequency(note.semitone, note.frequency);
+            for (int i = 0; i < m_pnSlotCount[nProbe]; ++i) {
+                m_claims.ClaimPeak(note.semitone, m_pfSlotFrequency[nProbe * m_nMaxPeaks + i]);
+            }
         }
     }
     m_pfProbeScore[nProbe] = 0.0F;
     m_pfProbeFrequency[nProbe] = 0.0F;
 }
 
+// The fundamental that the probe's peaks agree on: the mean of frequency / harmonic, weighted by amplitude.
 NoteReading CSpectrumAnalyzer::EstimateFundamental(int nProbe) {
-    float w = 0, a = 0;
-    for (int i = nProbe * m_nMaxPeaks; i < (nProbe + 1) * m_nMaxPeaks; ++i) {
-        if (m_pnSlotHarmonic[i] == 0)
-            continue;
-        w = static_cast<float>(w + static_cast<double>(m_pfSlotFrequency[i]) / m_pnSlotHarmonic[i] *
-                                       m_pfSlotAmplitude[i]);
-        a += m_pfSlotAmplitude[i];
+    float fWeighted = 0.0F;
+    float fAmplitude = 0.0F;
+    const int nBase = nProbe * m_nMaxPeaks;
+    for (int i = nBase; i < nBase + m_pnSlotCount[nProbe]; ++i) {
+        const double dFundamental = static_cast<double>(m_pfSlotFrequency[i]) / m_pnSlotHarmonic[i];
+        fWeighted = static_cast<float>(fWeighted + dFundamental * m_pfSlotAmplitude[i]);
+        fAmplitude += m_pfSlotAmplitude[i];
     }
-    return MakeReading(static_cast<float>(static_cast<double>(w) / a), a);
+    return MakeReading(static_cast<float>(static_cast<double>(fWeighted) / fAmplitude), fAmplitude);
 }

@@ -1,5 +1,7 @@
 #include "platform/signal/VectorOperations.h"
 
+#include "platform/signal/VectorClones.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -13,7 +15,7 @@ constexpr int SAMPLE_BITS = 16;
 
 // Independent running results, so that the compiler may keep them in vector registers: the extreme of floats
 // is the same in whatever order they are looked at.
-constexpr int LANES = 16;
+constexpr int LANES = 8;
 
 template <class Better>
 float Extreme(const float* pfVector, int n, Better better) {
@@ -54,6 +56,7 @@ float FirstExtreme(const float* pfVector, int n, int* pnIndex, Better better) {
 
 }  // namespace
 
+FRETVANE_VECTOR_CLONES
 void nspsbIntToFloat(const std::int16_t* pnSource, float* pfDest, int n, int nWordBits, int nScaleFactor) {
     if (nWordBits != SAMPLE_BITS) {
         return;
@@ -75,12 +78,14 @@ void nspsWinBlackmanStd(float* pfVector, int n) {
     }
 }
 
+FRETVANE_VECTOR_CLONES
 void nspsbMpy2(const float* pfSource, float* pfSourceDest, int n) {
     for (int i = 0; i < n; ++i) {
         pfSourceDest[i] *= pfSource[i];
     }
 }
 
+FRETVANE_VECTOR_CLONES
 void nspsbMpy3(const float* pfSource1, const float* pfSource2, float* pfDest, int n) {
     for (int i = 0; i < n; ++i) {
         pfDest[i] = pfSource1[i] * pfSource2[i];
