@@ -13,8 +13,11 @@
 
 #include <chrono>
 #include <ctime>
+#include <functional>
+#include <memory>
 #include <span>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -37,6 +40,7 @@ public:
                           "44000\t10485760\t16711680\t32768\t16711680\t0\t0\t0\t1\t0\n");
         m_pWnd = std::make_unique<CTunerWnd>();
         m_pWnd->ShowWindow(SW_SHOW);
+        WaitUntil([this] { return m_fake->GetCalls().nStart > 0; });
         // Past the tracker's adaptation.
         for (int i = 0; i < 20; ++i) {
             RecordBuffer();
@@ -48,15 +52,22 @@ public:
         const int nBefore = m_fake->GetCalls().nAddBuffer;
         m_fake->Feed(std::span(m_samples).subspan(m_nNext, BUFFER_SAMPLES));
         m_nNext = (m_nNext + BUFFER_SAMPLES) % (m_samples.size() - BUFFER_SAMPLES);
-        while (m_nBuffers > 0 && m_fake->GetCalls().nAddBuffer == nBefore) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        // The first block lies in two buffers; from then on each new one lets an old one go back to the
+        // device.
+        if (m_nBuffers++ > 0) {
+            WaitUntil([&] { return m_fake->GetCalls().nAddBuffer > nBefore; });
         }
-        ++m_nBuffers;
     }
     CTunerWnd& Wnd() { return *m_pWnd; }
     CTunerWndAccess Access() { return CTunerWndAccess(*m_pWnd); }
 
 private:
+    static void WaitUntil(const std::function<bool()>& condition) {
+        while (!condition()) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    }
+
     static constexpr int MINUTE = 60 * SAMPLE_RATE;
 
     CWindowsSession m_session;

@@ -15,7 +15,6 @@ namespace {
 
 using std::chrono::steady_clock;
 using testing::Contains;
-using testing::IsEmpty;
 
 class ClosingTest : public CTunerWndTest {
 protected:

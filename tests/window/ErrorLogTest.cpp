@@ -1,3 +1,4 @@
+#include "platform/base/String.h"
 #include "support/ScratchDirectory.h"
 #include "window/ErrorLog.h"
 
@@ -6,12 +7,14 @@
 
 #include <array>
 #include <ctime>
-#include <regex>
 
 namespace {
 
 using testing::EndsWith;
+using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::MatchesRegex;
+using testing::StartsWith;
 
 TEST(ErrorLog, AppendsDatedLines) {
     const CScratchDirectory directory;
@@ -21,23 +24,36 @@ TEST(ErrorLog, AppendsDatedLines) {
     log.Log("Unable to open state.txt, using defaults.");
     log.Log("Second");
 
-    const std::regex form(
-        "what stood there\n"
-        "([A-Z][a-z]+day), [A-Z][a-z]+, [0-3][0-9], 20[0-9]{2} [01][0-9]:[0-5][0-9] [AP]M: "
-        "Unable to open state\\.txt, using defaults\\.\n"
-        "[A-Z][a-z]+day, [A-Z][a-z]+, [0-3][0-9], 20[0-9]{2} [01][0-9]:[0-5][0-9] [AP]M: Second\n");
-    std::smatch match;
-    const CString strLog = directory.Read("log.txt");
-    ASSERT_TRUE(std::regex_match(strLog, match, form)) << strLog;
+    EXPECT_THAT(
+        directory.Read("log.txt"),
+        MatchesRegex("what stood there\n"
+                     "[A-Z][a-z]+day, [A-Z][a-z]+, [0-3][0-9], 20[0-9][0-9] [01][0-9]:[0-5][0-9] [AP]M: "
+                     "Unable to open state\\.txt, using defaults\\.\n"
+                     "[A-Z][a-z]+day, [A-Z][a-z]+, [0-3][0-9], 20[0-9][0-9] [01][0-9]:[0-5][0-9] [AP]M: "
+                     "Second\n"));
+}
 
+// The date in English and the hour in the half of the day, by the clock and calendar of the place.
+TEST(ErrorLog, TellsTheLocalTime) {
     constexpr std::array DAYS = {"Sunday",   "Monday", "Tuesday", "Wednesday",
                                  "Thursday", "Friday", "Saturday"};
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
-    if (local.tm_hour != 0 || local.tm_min > 0) {  // not in the minute in which the day changes
-        EXPECT_EQ(match[1], DAYS.at(static_cast<std::size_t>(local.tm_wday)));
-    }
+    const CScratchDirectory directory;
+    std::tm before{};
+    std::tm after{};
+    CString strLog;
+    do {  // again, should a new hour begin in between
+        std::time_t now = std::time(nullptr);
+        localtime_r(&now, &before);
+        directory.Write("log.txt", "");
+        CErrorLog(directory.Path("log.txt")).Log("x");
+        strLog = directory.Read("log.txt");
+        now = std::time(nullptr);
+        localtime_r(&now, &after);
+    } while (before.tm_hour != after.tm_hour);
+    EXPECT_THAT(strLog, StartsWith(DAYS.at(static_cast<std::size_t>(after.tm_wday))));
+    EXPECT_THAT(strLog, EndsWith(after.tm_hour < 12 ? " AM: x\n" : " PM: x\n"));
+    const int nHour = after.tm_hour % 12 == 0 ? 12 : after.tm_hour % 12;
+    EXPECT_THAT(strLog, HasSubstr(FormatText(" %d %02d:", after.tm_year + 1900, nHour)));
 }
 
 TEST(ErrorLog, LosesALineThatCannotBeWritten) {
