@@ -17,8 +17,8 @@ constexpr COLORREF COLOR_BITS = LARGEST_COLOR;
 constexpr int LARGEST_INT = std::numeric_limits<int>::max();
 
 // The A frequency stands in the file in hundredths of a hertz.
-constexpr int LOWEST_A_HUNDREDTHS = 43000;
-constexpr int HIGHEST_A_HUNDREDTHS = 45000;
+constexpr int LOWEST_A_HUNDREDTHS = static_cast<int>(LOWEST_A_FREQUENCY * 100.0F);
+constexpr int HIGHEST_A_HUNDREDTHS = static_cast<int>(HIGHEST_A_FREQUENCY * 100.0F);
 constexpr float HUNDREDTH = 0.01F;
 
 // Truncates into a range; what is no number becomes its lower end.

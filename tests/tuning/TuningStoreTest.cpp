@@ -378,18 +378,18 @@ TEST(TuningStore, ATextCutShortIsRefusedOrWhole) {
 }
 
 TEST(TuningStore, TheNeedleColourIsReadWhileItChanges) {
+    constexpr int READS = 10000;
     CTuningStore store;
-    std::atomic<bool> bDone = false;
+    std::atomic<int> nReads = 0;
     std::thread frames([&] {
-        while (!bDone) {
+        for (; nReads < READS; ++nReads) {
             const COLORREF clr = store.GetNeedleColor();
-            ASSERT_TRUE(clr == 0xA00000 || clr == 0x00FF00) << clr;
+            EXPECT_TRUE(clr == 0xA00000 || clr == 0x00FF00) << clr;
         }
     });
-    for (int i = 0; i < 10000; ++i) {
+    for (int i = 0; nReads < READS; ++i) {
         store.SetNeedleColor(i % 2 == 0 ? 0x00FF00 : 0xA00000);
     }
-    bDone = true;
     frames.join();
 }
 
