@@ -38,13 +38,12 @@ bool CDC::CreateCompatibleDC(const CDC* pDc) {
     if (pDc != nullptr && !pDc->IsUsable()) {
         return false;
     }
-    DeleteDC();
+    Reset();
     m_bMemory = true;
     return true;
 }
 
-bool CDC::DeleteDC() {
-    const bool bUsable = IsUsable();
+void CDC::Reset() {
     m_bMemory = false;
     m_pPicture = nullptr;
     m_pBitmap = nullptr;
@@ -55,7 +54,6 @@ bool CDC::DeleteDC() {
     m_clrBack = 0xFFFFFF;
     m_nBkMode = OPAQUE;
     m_ptCurrent = {};
-    return bUsable;
 }
 
 void CDC::AttachPicture(CPicture* pPicture) {

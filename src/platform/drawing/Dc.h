@@ -58,7 +58,6 @@ public:
 
     // A memory context. False if pDc is given and is itself of no use. pDc may be null: the screen.
     bool CreateCompatibleDC(const CDC* pDc);
-    bool DeleteDC();
 
     // From now on the context draws on the picture (null: on nothing), as a window's own contexts do.
     void AttachPicture(CPicture* pPicture);
@@ -80,8 +79,6 @@ public:
     int SetBkMode(int nMode);
     COLORREF SetTextColor(COLORREF clr);
     COLORREF SetBkColor(COLORREF clr);
-    COLORREF GetTextColor() const { return m_clrText; }
-    COLORREF GetBkColor() const { return m_clrBack; }
 
     // Copies a rectangle through a raster code (SRCCOPY, SRCAND, SRCINVERT, DSNA; false for any other).
     // Source and destination may be the same surface and overlap. Between a colour and a monochrome surface:
@@ -120,6 +117,7 @@ public:
     bool GetTextMetrics(TEXTMETRIC* pMetrics) const;
 
 private:
+    void Reset();
     CSurface* GetSurface() const;
     void Fill(const RECT& rc, COLORREF clr);
     void MarkDirty(const RECT& rc);

@@ -34,10 +34,9 @@ public:
     CSurface& GetSurface() { return m_surface; }
     const CSurface& GetSurface() const { return m_surface; }
 
-    // Marks the part of the rectangle that lies on the picture. When the list is full, the two rectangles
-    // merge whose union wastes least.
+    // Marks the part of the rectangle that lies on the picture. It merges with the marked one with which the
+    // union wastes least: where that wastes nothing, and in any case when the list is full.
     void MarkDirty(const RECT& rc);
-    bool IsDirty() const { return m_dirty.nCount > 0; }
     Dirty TakeDirty();
 
 private:

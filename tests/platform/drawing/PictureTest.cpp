@@ -78,7 +78,7 @@ TEST(Picture, EveryChangedPixelIsMarked) {
         }
         const std::vector<COLORREF> after = ReadAll(dc, {g_cx, g_cy});
         const CPicture::Dirty dirty = picture.TakeDirty();
-        ASSERT_FALSE(picture.IsDirty());
+        ASSERT_EQ(picture.TakeDirty().nCount, 0U);
         for (std::size_t i = 0; i < dirty.nCount; ++i) {
             const RECT& rc = dirty.rects[i];
             ASSERT_TRUE(!rc.IsEmpty() && rc.left >= 0 && rc.top >= 0 && rc.right <= g_cx &&
@@ -134,7 +134,7 @@ TEST(Picture, WithoutSizeIsHarmless) {
     dc.SetPixel(0, 0, 0xFF);
     dc.LineTo(5, 5);
     dc.DrawEdge({0, 0, 9, 9}, EDGE_SUNKEN, BF_RECT);
-    EXPECT_FALSE(picture.IsDirty());
+    EXPECT_EQ(picture.TakeDirty().nCount, 0U);
     EXPECT_FALSE(picture.Create(0, 5, 0));
     EXPECT_TRUE(picture.Create(3, 5, 0x00FF00));
     EXPECT_EQ(dc.GetPixel(2, 4), 0x00FF00U) << "a context follows its picture's new size";
@@ -186,8 +186,8 @@ TEST(Picture, IsSharedByThreadsUnderItsLock) {
         }
         ++nDone;
     };
-    std::thread first(draw, 1);
-    std::thread second(draw, 2);
+    std::jthread first(draw, 1);
+    std::jthread second(draw, 2);
     std::vector<Pixel> screen(IndexOf(0, g_cy, g_cx));
     bool bAll = false;
     while (!bAll) {

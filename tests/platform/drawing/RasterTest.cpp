@@ -26,8 +26,23 @@ COLORREF Combine(DWORD dwRop, COLORREF dst, COLORREF src) {
     }
 }
 
+// A memory context whose text and background colour are known.
+struct ColoredDc : MemoryDc {
+    explicit ColoredDc(std::mt19937& random)
+        : MemoryDc(RandomInt(random, 1, 12), RandomInt(random, 1, 9), random() % 3 == 0),
+          clrText(RandomColor(random)),
+          clrBack(RandomColor(random)) {
+        Scribble(dc, bitmap.GetSize(), random);
+        dc.SetTextColor(clrText);
+        dc.SetBkColor(clrBack);
+    }
+
+    COLORREF clrText;
+    COLORREF clrBack;
+};
+
 // What BitBlt must do, one pixel at a time, from copies of both surfaces as they were.
-std::vector<COLORREF> Expect(const MemoryDc& dst, const RECT& rc, const MemoryDc& src, POINT ptSrc,
+std::vector<COLORREF> Expect(const ColoredDc& dst, const RECT& rc, const ColoredDc& src, POINT ptSrc,
                              DWORD dwRop) {
     const SIZE sizeDst = dst.bitmap.GetSize();
     const SIZE sizeSrc = src.bitmap.GetSize();
@@ -44,9 +59,9 @@ std::vector<COLORREF> Expect(const MemoryDc& dst, const RECT& rc, const MemoryDc
             const bool bToBit = dst.bitmap.GetSurface().IsMonochrome();
             const bool bFromBit = src.bitmap.GetSurface().IsMonochrome();
             if (bToBit && !bFromBit) {
-                pixel = pixel == src.dc.GetBkColor() ? 0xFFFFFF : 0;
+                pixel = pixel == src.clrBack ? 0xFFFFFF : 0;
             } else if (bFromBit && !bToBit) {
-                pixel = pixel != 0 ? dst.dc.GetBkColor() : dst.dc.GetTextColor();
+                pixel = pixel != 0 ? dst.clrBack : dst.clrText;
             }
             COLORREF& out = result[IndexOf(to.x, to.y, sizeDst.cx)];
             out = Combine(dwRop, out, pixel);
@@ -58,16 +73,10 @@ std::vector<COLORREF> Expect(const MemoryDc& dst, const RECT& rc, const MemoryDc
 TEST(BitBlt, DoesWhatEachPixelSaysOnAllSurfacesAndPlaces) {
     std::mt19937 random = Random(20261122);
     for (int nRound = 0; nRound < 20000; ++nRound) {
-        MemoryDc first(RandomInt(random, 1, 12), RandomInt(random, 1, 9), random() % 3 == 0);
-        MemoryDc second(RandomInt(random, 1, 12), RandomInt(random, 1, 9), random() % 3 == 0);
-        Scribble(first.dc, first.bitmap.GetSize(), random);
-        Scribble(second.dc, second.bitmap.GetSize(), random);
-        for (MemoryDc* const p : {&first, &second}) {
-            p->dc.SetBkColor(RandomColor(random));
-            p->dc.SetTextColor(RandomColor(random));
-        }
+        ColoredDc first(random);
+        ColoredDc second(random);
         // Every second round copies a surface onto itself, mostly overlapping.
-        MemoryDc& src = nRound % 2 == 0 ? second : first;
+        ColoredDc& src = nRound % 2 == 0 ? second : first;
         const int x = RandomInt(random, -6, 13);
         const int y = RandomInt(random, -6, 10);
         const RECT rc{x, y, x + RandomInt(random, -3, 14), y + RandomInt(random, -3, 12)};
@@ -120,7 +129,7 @@ TEST(BitBlt, RefusesWhatItDoesNotKnow) {
 TEST(Fill, PaintsItsRectangleAndKeepsTheBackgroundColour) {
     MemoryDc mem(5, 4);
     mem.dc.FillSolidRect(1, 1, 2, 2, 0x112233);
-    EXPECT_EQ(mem.dc.GetBkColor(), 0x112233U);
+    EXPECT_EQ(mem.dc.SetBkColor(0), 0x112233U);
     mem.dc.FillSolidRect({4, -3, 9, 2}, 0x445566);
     const COLORREF a = 0x112233;
     const COLORREF b = 0x445566;
@@ -186,9 +195,10 @@ TEST(DeviceContext, StartsLivesAndEnds) {
     dc.SelectStockObject(WHITE_PEN);
     EXPECT_EQ(dc.SelectObject(&pen)->GetColor(), 0xFFFFFFU);
 
-    EXPECT_TRUE(dc.DeleteDC());
-    EXPECT_FALSE(dc.DeleteDC());
+    // Made anew, it has nothing of before.
+    ASSERT_TRUE(dc.CreateCompatibleDC(nullptr));
     EXPECT_EQ(dc.GetPixel(0, 0), CLR_INVALID);
+    EXPECT_EQ(dc.SelectObject(&pen), pStock);
 }
 
 TEST(DrawEdge, IsTwoRingsInTheColoursOfTheDesktop) {
