@@ -1,7 +1,7 @@
 #include "widgets/ColorSwatch.h"
 
 #include "platform/windows/ClientDc.h"
-#include "widgets/MemoryPicture.h"
+#include "widgets/ComposedPicture.h"
 
 #include <mutex>
 
@@ -12,14 +12,7 @@ void CColorSwatch::Init(CWnd* pParent, int nId) {
     }
     m_rcClient = m_pControl->GetClientRect();
     const CClientDC dcClient(m_pControl);
-    if (!CreateMemoryPicture(dcClient, GetWidth(), GetHeight(), m_dc, m_bitmap)) {
-        return;
-    }
-    m_dc.SelectStockObject(BLACK_BRUSH);
-    m_dc.SelectStockObject(WHITE_PEN);
-    m_dc.PatBlt(0, 0, GetWidth(), GetHeight(), PATCOPY);
-    m_dc.SetBkMode(TRANSPARENT);
-    m_dc.SetTextColor(0);
+    CreateComposedPicture(dcClient, GetWidth(), GetHeight(), BLACK_BRUSH, m_dc, m_bitmap);
 }
 
 void CColorSwatch::FillRect(int x, int y, int cx, int cy, COLORREF clr) {
