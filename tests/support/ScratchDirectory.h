@@ -27,8 +27,10 @@ public:
     CScratchDirectory& operator=(CScratchDirectory&&) = delete;
 
     CString Path(const CString& strName = {}) const { return (m_path / strName).string(); }
-    void Write(const CString& strName, const CString& strText) const {
+    // Gives the path.
+    CString Write(const CString& strName, const CString& strText) const {
         std::ofstream(m_path / strName, std::ios::binary) << strText;
+        return Path(strName);
     }
     // The whole file; empty where there is none.
     CString Read(const CString& strName) const {

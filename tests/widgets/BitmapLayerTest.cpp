@@ -1,5 +1,6 @@
 #include "platform/drawing/BitmapWriter.h"
 #include "platform/drawing/MemoryDc.h"
+#include "support/ScratchDirectory.h"
 #include "widgets/BitmapLayer.h"
 #include "widgets/WidgetStage.h"
 
@@ -38,7 +39,7 @@ protected:
         }
     }
 
-    bmp::TemporaryDirectory m_directory;
+    CScratchDirectory m_directory;
     std::string m_strFile;
     CStageWnd m_wnd;
     MemoryDc m_mem{20, 16};
@@ -67,7 +68,7 @@ TEST_F(BitmapLayer, APartThatReachesBeyondThePictureEndsThere) {
 
 TEST_F(BitmapLayer, WithoutAFileDrawsNothing) {
     m_layer.Draw(&m_mem.dc, 0, 0);
-    EXPECT_FALSE(m_layer.Load(m_directory.PathOf("missing.bmp"), &m_wnd));
+    EXPECT_FALSE(m_layer.Load(m_directory.Path("missing.bmp"), &m_wnd));
     EXPECT_FALSE(m_layer.Load(m_directory.Write("garbage.bmp", "BMgarbage"), &m_wnd));
     m_layer.Draw(&m_mem.dc, 0, 0);
     m_layer.DrawPart(&m_mem.dc, 0, 0, 0, 0, 7, 5);

@@ -1,5 +1,6 @@
 #include "platform/drawing/BitmapWriter.h"
 #include "platform/drawing/MemoryDc.h"
+#include "support/ScratchDirectory.h"
 #include "widgets/OpacityBitmap.h"
 #include "widgets/TintedBitmap.h"
 #include "widgets/WidgetStage.h"
@@ -33,7 +34,7 @@ protected:
         return m_directory.Write(name, bmp::Encode24(cx, cy, [rgb](int, int) { return rgb; }));
     }
 
-    bmp::TemporaryDirectory m_directory;
+    CScratchDirectory m_directory;
     CStageWnd m_wnd;
     MemoryDc m_mem{256, 256};
 };
@@ -124,7 +125,7 @@ TEST_F(Opacity, FilesOfTwoSizesGiveThePicturesOwn) {
 
 TEST_F(Opacity, WithoutBothFilesDrawsNothing) {
     const std::string good = PlainFile("p.bmp", 4, 3, {10, 20, 30});
-    const std::string missing = m_directory.PathOf("missing.bmp");
+    const std::string missing = m_directory.Path("missing.bmp");
     m_mem.dc.FillSolidRect(0, 0, 10, 10, 0x123456);
     for (const auto& [first, second] : {std::pair{good, missing}, {missing, good}, {missing, missing}}) {
         COpacityBitmap logo;
@@ -196,7 +197,7 @@ TEST_F(Tint, FilesOfTwoSizesGiveTheShapesOwn) {
 
 TEST_F(Tint, WithoutBothFilesDrawsNothing) {
     const std::string good = PlainFile("p.bmp", 4, 3, {10, 20, 30});
-    const std::string missing = m_directory.PathOf("missing.bmp");
+    const std::string missing = m_directory.Path("missing.bmp");
     m_mem.dc.FillSolidRect(0, 0, 10, 10, 0x123456);
     for (const auto& [first, second] : {std::pair{good, missing}, {missing, good}}) {
         CTintedBitmap strip;

@@ -1,5 +1,6 @@
 #include "platform/drawing/BitmapWriter.h"
 #include "platform/drawing/MemoryDc.h"
+#include "support/ScratchDirectory.h"
 #include "widgets/MaskedSprite.h"
 #include "widgets/WidgetStage.h"
 
@@ -47,7 +48,7 @@ protected:
     }
 
     std::mt19937 m_random = Random(17);
-    bmp::TemporaryDirectory m_directory;
+    CScratchDirectory m_directory;
     CStageWnd m_wnd;
 };
 
@@ -96,7 +97,7 @@ TEST_F(MaskedSprite, WithoutAFileDrawsNothing) {
     mem.dc.FillSolidRect(0, 0, 4, 4, 0x123456);
     CMaskedSprite sprite;
     sprite.Draw(&mem.dc, 0, 0);
-    EXPECT_FALSE(sprite.Load(m_directory.PathOf("missing.bmp"), &m_wnd, 0xFFFFFF));
+    EXPECT_FALSE(sprite.Load(m_directory.Path("missing.bmp"), &m_wnd, 0xFFFFFF));
     sprite.Draw(&mem.dc, 0, 0);
     EXPECT_EQ(ReadAll(mem.dc, {4, 4}), std::vector<COLORREF>(16, 0x123456));
 }

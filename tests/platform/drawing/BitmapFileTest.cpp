@@ -2,6 +2,7 @@
 #include "platform/drawing/BitmapWriter.h"
 #include "platform/drawing/MemoryDc.h"
 #include "platform/drawing/Pixel.h"
+#include "support/ScratchDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -63,7 +64,7 @@ protected:
         }
     }
 
-    bmp::TemporaryDirectory m_directory;
+    CScratchDirectory m_directory;
     CBitmap m_bitmap;
 };
 
@@ -155,8 +156,8 @@ TEST_F(BitmapFile, ReadsRuns) {
 }
 
 TEST_F(BitmapFile, MissingOrCutShortIsRefused) {
-    EXPECT_FALSE(m_bitmap.LoadFile(m_directory.PathOf("nothing.bmp")));
-    EXPECT_FALSE(m_bitmap.LoadFile(m_directory.PathOf("")));
+    EXPECT_FALSE(m_bitmap.LoadFile(m_directory.Path("nothing.bmp")));
+    EXPECT_FALSE(m_bitmap.LoadFile(m_directory.Path("")));
     EXPECT_FALSE(m_bitmap.LoadFile(""));
 
     const std::string whole = bmp::Encode24(7, 5, [](int, int) { return Rgb{1, 2, 3}; });

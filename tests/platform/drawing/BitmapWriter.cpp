@@ -1,10 +1,5 @@
 #include "platform/drawing/BitmapWriter.h"
 
-#include <unistd.h>
-
-#include <cstdlib>
-#include <fstream>
-
 namespace bmp {
 
 namespace {
@@ -87,21 +82,6 @@ std::string Encode24(int nWidth, int nHeight, const std::function<Rgb(int, int)>
                       const Rgb rgb = color(x, y);
                       return std::uint32_t{rgb.red} << 16 | std::uint32_t{rgb.green} << 8 | rgb.blue;
                   }));
-}
-
-TemporaryDirectory::TemporaryDirectory() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "fretvane-bmp-XXXXXX").string();
-    m_path = mkdtemp(pattern.data());
-}
-
-TemporaryDirectory::~TemporaryDirectory() {
-    std::error_code ignored;
-    std::filesystem::remove_all(m_path, ignored);
-}
-
-std::string TemporaryDirectory::Write(const std::string& name, const std::string& bytes) const {
-    std::ofstream(m_path / name, std::ios::binary) << bytes;
-    return PathOf(name);
 }
 
 }  // namespace bmp

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
@@ -35,21 +34,5 @@ std::string Pack(const Picture& picture, const std::function<std::uint32_t(int, 
 
 // A picture of 24 bits in one call; color(x, y) with y from the top.
 std::string Encode24(int nWidth, int nHeight, const std::function<Rgb(int, int)>& color);
-
-// A directory of the test's own, gone with the object.
-class TemporaryDirectory {
-public:
-    TemporaryDirectory();
-    ~TemporaryDirectory();
-    TemporaryDirectory(const TemporaryDirectory&) = delete;
-    TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
-
-    // The path of a new file with these bytes.
-    std::string Write(const std::string& name, const std::string& bytes) const;
-    std::string PathOf(const std::string& name) const { return (m_path / name).string(); }
-
-private:
-    std::filesystem::path m_path;
-};
 
 }  // namespace bmp
