@@ -1,5 +1,4 @@
 #include "platform/windows/support/Toolkit.h"
-#include "widgets/AllocationCount.h"
 #include "window/NeedleFade.h"
 #include "window/TunerWndTest.h"
 
@@ -76,19 +75,6 @@ TEST_F(LiveFrameTest, CountsFramesOnlyWhenAsked) {
     EXPECT_THAT(Access().FrameRateText(), testing::MatchesRegex("Frames per second: [0-9]+\\.[0-9][0-9]"));
     Wnd().ToggleFrameRate();
     EXPECT_EQ(Access().FrameRateText(), "");
-}
-
-TEST_F(LiveFrameTest, TakesNothingFromTheHeap) {
-    WriteState(0, 0);
-    Open();
-    PlayString(110.2);
-    ASSERT_TRUE(toolkit::WaitUntil([this] { return NeedleColor() == NEEDLE; }));
-    Access().StopCapture();
-    const int nBefore = CountAllocations();
-    for (int i = 0; i < 200; ++i) {
-        Wnd().OnFrame();
-    }
-    EXPECT_EQ(CountAllocations(), nBefore);
 }
 
 // Frames on the capture thread, everything else on this one, on the same pictures: in the end the window must
