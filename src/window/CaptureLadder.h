@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <limits>
 
 // One set of values with which the capture may be started.
 struct CaptureAttempt {
@@ -21,3 +23,9 @@ inline constexpr std::array<CaptureAttempt, 6> CAPTURE_LADDER = {{
     {true, 22050, 1024, 1024, 35.0F},
     {true, 44100, 2048, 2048, 35.0F},
 }};
+
+// The stored hop as whole samples; it may be any number from 0 up.
+inline int CutHop(float fHop) {
+    constexpr double LONGEST = std::numeric_limits<int>::max();
+    return static_cast<int>(std::min(static_cast<double>(fHop), LONGEST));
+}

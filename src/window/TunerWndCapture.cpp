@@ -4,34 +4,28 @@
 #include "window/CaptureLadder.h"
 #include "window/TunerWnd.h"
 
-#include <algorithm>
-#include <limits>
-
 namespace {
 
 // A device that has not told by then whether it opens is taken for one that will.
 constexpr int OPENING_WAIT_MS = 5000;
+
+constexpr const char* NO_DEVICE_TEXT =
+    "Fretvane was unable to find any usable recording device on this computer.  "
+    "To use this program a 16-bit sound card must be installed";
+constexpr const char* NO_CAPTURE_TEXT =
+    "Unable to use your sound card. Try a different recording device in the options dialog box "
+    "or click the help button in the main window for further help.";
 
 void ShowFailure(const char* szText, const char* szCaption) {
     const CWinApp* pApp = GetApp();
     MessageBox(pApp != nullptr ? pApp->GetMainWnd() : nullptr, szText, szCaption, MB_OK | MB_ICONEXCLAMATION);
 }
 
-// The stored hop may be any number.
-int CutHop(float fHop) {
-    constexpr double LONGEST = std::numeric_limits<int>::max();
-    return static_cast<int>(std::min(static_cast<double>(fHop), LONGEST));
-}
-
 }  // namespace
 
 void CTunerWnd::StartCapture() {
     if (waveInGetNumDevs() == 0) {
-        ShowFailure(
-            "Fretvane was unable to find any usable recording device on this computer.  To use this program "
-            "a "
-            "16-bit sound card must be installed",
-            "Error: No sound card found");
+        ShowFailure(NO_DEVICE_TEXT, "Error: No sound card found");
         m_errorLog.Log("Unable to find any recording device");
         return;
     }
@@ -44,11 +38,7 @@ void CTunerWnd::StartCapture() {
             return;
         }
     }
-    ShowFailure(
-        "Unable to use your sound card. Try a different recording device in the options dialog box or click "
-        "the "
-        "help button in the main window for further help.",
-        "Error: Unable to use recording device");
+    ShowFailure(NO_CAPTURE_TEXT, "Error: Unable to use recording device");
     m_errorLog.Log("Unable any open any recording device");
 }
 

@@ -3,6 +3,7 @@
 #include "platform/drawing/SysColors.h"
 #include "platform/multimedia/TimeGetTime.h"
 #include "platform/windows/ClientDc.h"
+#include "window/CaptureLadder.h"
 #include "window/ControlTable.h"
 #include "window/FontSize.h"
 #include "window/HintTable.h"
@@ -52,6 +53,8 @@ void CTunerWnd::LoadSettings() {
         m_store.SetDefaults();
         m_errorLog.Log("Unable to open state.txt, using defaults.");
     }
+    // Where no capture comes about, this is the hop that is stored again.
+    m_engine.SetHop(CutHop(m_store.GetHop()));
 }
 
 bool CTunerWnd::CreateFonts() {

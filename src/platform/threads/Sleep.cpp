@@ -4,5 +4,9 @@
 #include <thread>
 
 void Sleep(int nMilliseconds) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(nMilliseconds));
+    if (nMilliseconds > 0) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(nMilliseconds));
+    } else {
+        std::this_thread::yield();
+    }
 }

@@ -1,4 +1,4 @@
 #pragma once
 
-// Lets the calling thread rest for at least that long; 0 and less return at once.
+// Lets the calling thread rest for at least that long; 0 and less give up the rest of its time slice.
 void Sleep(int nMilliseconds);

@@ -34,12 +34,14 @@ struct CMessageMap {
 };
 
 // How a handler's parameters are read off a message. What a handler may look like:
-//     R f()                      any message
-//     R f(UINT)                  wParam: a timer's id, a character, a virtual-key code
-//     R f(POINT)                 lParam as a point: WM_MOVE (client coordinates' origin), WM_NCHITTEST
-//     (screen) R f(UINT, POINT)           wParam and lParam as a point: mouse messages (flags, client
-//     coordinates) R f(CWnd*, POINT)          WM_CONTEXTMENU: the window clicked in, screen coordinates R
-//     f(WPARAM, LPARAM)        any message
+// clang-format off
+//     R f()                any message
+//     R f(UINT)            wParam: a timer's id, a character, a virtual-key code
+//     R f(POINT)           lParam as a point: WM_MOVE (the client area's origin), WM_NCHITTEST (screen)
+//     R f(UINT, POINT)     wParam, and lParam as a point: mouse messages (flags, client coordinates)
+//     R f(CWnd*, POINT)    WM_CONTEXTMENU: the window clicked in, screen coordinates
+//     R f(WPARAM, LPARAM)  any message
+// clang-format on
 // R is void (the result is then 0) or anything that turns into LRESULT.
 template <class Handler>
 struct CHandlerCall;

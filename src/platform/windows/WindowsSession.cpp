@@ -77,7 +77,6 @@ COLORREF ToColorRef(const QColor& color) {
 }  // namespace
 
 struct CWindowsSession::Application {
-    CStartGuard guard;
     // The toolkit keeps references to both, and writes to them.
     std::array<char, 9> szProgram{"fretvane"};
     int nArguments = 1;
@@ -90,6 +89,7 @@ CWindowsSession::CWindowsSession() {
         QApplication::setDesktopSettingsAware(false);
         // A pixel of ours is a whole number of pixels of a dense screen.
         QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::Round);
+        const CStartGuard guard;
         m_pApplication = std::make_unique<Application>();
     }
     QApplication::setQuitOnLastWindowClosed(false);

@@ -20,7 +20,6 @@ bool CWnd::CreateEx(DWORD dwStyle, const CString& strTitle, const RECT& rc, CWnd
     if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr || IsWindow()) {
         return false;
     }
-    const std::shared_ptr<CWndLink> pLink = m_pState->pLink;
     if (!m_pState->Attach(MakeFrameWidget(*m_pState), {strTitle, dwStyle & ~WS_VISIBLE, rc, pParent, nId})) {
         return false;
     }
