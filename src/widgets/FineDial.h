@@ -19,9 +19,9 @@ class CWnd;
 // It composes in a picture of its own. A full draw builds that from nothing; any other draws only what the
 // last setter calls changed, and sends only those rectangles to the window. So there is one call of SetNote
 // and one of SetCents for each such draw. What it leaves standing beside a changed glyph must be white in the
-// bitmaps: the last three columns of the sharp, what the plus has outside the 20 by 20 pixels that are
-// cleared for the minus, the columns of a digit past the narrowest one's 24; the scale must fill rows 59 to
-// 127, the hub end above row 255.
+// bitmaps: the last three columns of the sharp, the columns of a digit past the narrowest one's 24; what the
+// plus has outside the 20 by 20 pixels that are cleared for the minus must be white, or under the minus. The
+// scale must fill rows 59 to 127, the hub end above row 255.
 //
 // Threads: SetNote and SetCents belong to the thread that draws the frames; they, and SetColor on any thread,
 // are single stores without a lock. SetDigitColor and Draw want the window's picture lock held.

@@ -38,42 +38,64 @@ const Tuning STANDARD = Tuning::StandardE();
 const Tuning DROP_D = MakeTuning({{{D, 0}, {A, 0}, {D, 1}, {G, 1}, {B, 1}, {E, 2}}});
 const Tuning OPEN_G = MakeTuning({{{D, 0}, {G, 0}, {D, 1}, {G, 1}, {B, 1}, {D, 2}}});
 const Tuning DOUBLED = MakeTuning({{{E, 0}, {A, 0}, {D, 1}, {D, 1}, {B, 1}, {E, 2}}});
+const Tuning ACCIDENTALS = MakeTuning({{{1, 0}, {8, 0}, {1, 0}, {6, 1}, {10, 1}, {3, 2}}});
+const Tuning PAIRS = MakeTuning({{{3, 0}, {3, 0}, {10, 0}, {10, 0}, {6, 1}, {1, 2}}});
 const Tuning FALLING = MakeTuning({{{E, 2}, {B, 1}, {G, 1}, {D, 1}, {A, 0}, {E, 0}}});
 const Tuning WIDEST = MakeTuning({{{C, 0}, {C, 1}, {6, 1}, {C, 2}, {6, 2}, {B, 2}}});
 const Tuning NARROWEST = MakeTuning({{{E, 0}, {F, 0}, {E, 0}, {F, 0}, {E, 0}, {E, 0}}});
 const Tuning UNISON = MakeTuning({{{E, 0}, {E, 0}, {E, 0}, {E, 0}, {E, 0}, {E, 0}}});
+
+const std::vector<int> STANDARD_MARKS = {15, 107, 200, 292, 366, 459};
+const std::vector<const char*> STANDARD_NAMES = {"E", "A", "D", "G", "B", "E"};
 
 struct State {
     const char* szName;
     const Tuning& tuning;
     float fA;
     float fHz;
-    std::vector<int> marks;
     int nHighlight;
+    std::vector<int> marks = STANDARD_MARKS;
+    std::vector<const char*> names = STANDARD_NAMES;
 };
 
 // A mark lies 444 pixels x its semitones above the lowest / those of the highest, from 15 on; the highlight
 // two pixels to the left of the mark that the same pitch would have, between 2 and 464.
 const State STATES[] = {
-    {"nothing heard", STANDARD, 440.0F, 0.0F, {15, 107, 200, 292, 366, 459}, 13},
-    {"lowest string", STANDARD, 440.0F, 82.41F, {15, 107, 200, 292, 366, 459}, 13},
-    {"second string", STANDARD, 440.0F, 110.0F, {15, 107, 200, 292, 366, 459}, 105},
-    {"highest string", STANDARD, 440.0F, 329.63F, {15, 107, 200, 292, 366, 459}, 457},
-    {"too low", STANDARD, 440.0F, 40.0F, {15, 107, 200, 292, 366, 459}, 2},
-    {"too high", STANDARD, 440.0F, 700.0F, {15, 107, 200, 292, 366, 459}, 464},
-    {"another A", STANDARD, 430.0F, 107.5F, {15, 107, 200, 292, 366, 459}, 105},
+    {"nothing heard", STANDARD, 440.0F, 0.0F, 13},
+    {"lowest string", STANDARD, 440.0F, 82.41F, 13},
+    {"second string", STANDARD, 440.0F, 110.0F, 105},
+    {"highest string", STANDARD, 440.0F, 329.63F, 457},
+    {"too low", STANDARD, 440.0F, 40.0F, 2},
+    {"too high", STANDARD, 440.0F, 700.0F, 464},
+    {"another A", STANDARD, 430.0F, 107.5F, 105},
     // 7, 12, 17, 21 and 26 semitones: 119.5, 204.9, 290.3, 358.6, 444. The G is heard: 17 x 444 / 26 + 13.
-    {"dropped D", DROP_D, 440.0F, 196.0F, {15, 134, 219, 305, 373, 459}, 303},
+    {"dropped D", DROP_D, 440.0F, 196.0F, 303, {15, 134, 219, 305, 373, 459}, {"D", "A", "D", "G", "B", "E"}},
     // 5, 12, 17, 21 and 24: 92.5, 222, 314.5, 388.5, 444. The A is heard, 7 semitones up: 129.5.
-    {"open G", OPEN_G, 450.0F, 112.5F, {15, 107, 237, 329, 403, 459}, 142},
-    {"a note twice", DOUBLED, 440.0F, 0.0F, {15, 107, 200, 366, 459}, 13},
-    {"from high to low", FALLING, 440.0F, 246.94F, {459, 366, 292, 200, 107, 15}, 364},
+    {"open G", OPEN_G, 450.0F, 112.5F, 142, {15, 107, 237, 329, 403, 459}, {"D", "G", "D", "G", "B", "D"}},
+    {"a note twice", DOUBLED, 440.0F, 0.0F, 13, {15, 107, 200, 366, 459}, {"E", "A", "D", "B", "E"}},
+    // 7, 17, 21 and 26, as above. The highlight is over the F#.
+    {"accidentals",
+     ACCIDENTALS,
+     440.0F,
+     185.0F,
+     303,
+     {15, 134, 305, 373, 459},
+     {"C#", "G#", "F#", "Bb", "Eb"}},
+    // 7, 15 and 22: 141.3, 302.7 and, in single precision, a hair less than 444. The Bb is heard.
+    {"two notes twice", PAIRS, 440.0F, 116.54F, 154, {15, 156, 317, 458}, {"Eb", "Bb", "F#", "C#"}},
+    {"from high to low",
+     FALLING,
+     440.0F,
+     246.94F,
+     364,
+     {459, 366, 292, 200, 107, 15},
+     {"E", "B", "G", "D", "A", "E"}},
     // 12, 18, 24, 30 and 35: 152.2, 228.3, 304.5, 380.6, 444.
-    {"widest", WIDEST, 440.0F, 65.41F, {15, 167, 243, 319, 395, 459}, 13},
-    {"a semitone", NARROWEST, 440.0F, 84.8F, {15, 459}, 233},
+    {"widest", WIDEST, 440.0F, 65.41F, 13, {15, 167, 243, 319, 395, 459}, {"C", "C", "F#", "C", "F#", "B"}},
+    {"a semitone", NARROWEST, 440.0F, 84.8F, 233, {15, 459}, {"E", "F"}},
     // One pixel for each octave from the note.
-    {"one note", UNISON, 440.0F, 329.7F, {236}, 15},
-    {"one note, below it", UNISON, 440.0F, 40.0F, {236}, 12},
+    {"one note", UNISON, 440.0F, 329.7F, 15, {236}, {"E"}},
+    {"one note, below it", UNISON, 440.0F, 40.0F, 12, {236}, {"E"}},
 };
 
 class CoarseIndicatorTest : public testing::Test {
@@ -115,30 +137,46 @@ protected:
     CCoarseIndicator m_coarse;
 };
 
-// The picture as its geometry says, without the names.
-COLORREF ExpectedAt(const State& state, COLORREF clrTint, int xWindow, int yWindow) {
-    const int x = xWindow - STRIP.left;
-    const int y = yWindow - STRIP.top;
-    if (const COLORREF clrEdge = SunkenEdgeAt(STRIP, xWindow, yWindow); clrEdge != CLR_INVALID) {
-        return clrEdge;
-    }
-    const bool bLit = x >= state.nHighlight && x < state.nHighlight + 14;
-    const COLORREF clrGround = bLit ? clrTint : WHITE;
-    if (y >= 4 && y < 18) {
-        const bool bName = std::any_of(state.marks.begin(), state.marks.end(),
-                                       [x](int nMark) { return x > nMark && x < nMark + 20; });
-        return bName ? CLR_INVALID : clrGround;
-    }
-    for (const int nMark : state.marks) {
-        const int xTic = x - nMark;
-        const int yTic = y - 19;
-        if (xTic >= 0 && xTic < 9 && yTic >= 0 && yTic < 24) {
-            const bool bOuter = xTic < 2 || xTic > 6;
-            const bool bBarRow = y >= 22 && y < 27;
-            return bLit && bOuter && !bBarRow ? clrTint : TicAt(xTic, yTic);
+// The picture as its geometry says.
+testing::AssertionResult ShowsTheState(const CStageWnd& wnd, const State& state, COLORREF clrTint) {
+    CFont font;
+    EXPECT_TRUE(font.CreatePointFont(80, "MS Sans Serif"));
+    // The names alone, on either ground.
+    const auto write = [&](CStageWnd& wndNames, COLORREF clrGround) {
+        wndNames.Draw([&](CDC* pDc) {
+            pDc->FillSolidRect(STRIP, clrGround);
+            pDc->SetBkMode(TRANSPARENT);
+            pDc->SelectObject(&font);
+            for (std::size_t i = 0; i < state.marks.size(); ++i) {
+                const int x = STRIP.left + state.marks[i];
+                pDc->DrawText(state.names[i], {x + 1, STRIP.top + 4, x + 20, STRIP.top + 18}, 0);
+            }
+        });
+    };
+    CStageWnd wndOnWhite;
+    CStageWnd wndOnTint;
+    write(wndOnWhite, WHITE);
+    write(wndOnTint, clrTint);
+    return PixelsAre(wnd, STRIP, [&](int xWindow, int yWindow) {
+        const int x = xWindow - STRIP.left;
+        const int y = yWindow - STRIP.top;
+        if (const COLORREF clrEdge = SunkenEdgeAt(STRIP, xWindow, yWindow); clrEdge != CLR_INVALID) {
+            return clrEdge;
         }
-    }
-    return y >= 22 && y < 27 && x >= 8 && x < 472 ? BarAt(x - 8, y - 22) : clrGround;
+        const bool bLit = x >= state.nHighlight && x < state.nHighlight + 14;
+        for (const int nMark : state.marks) {
+            const int xTic = x - nMark;
+            const int yTic = y - 19;
+            if (xTic >= 0 && xTic < 9 && yTic >= 0 && yTic < 24) {
+                const bool bOuter = xTic < 2 || xTic > 6;
+                const bool bBarRow = y >= 22 && y < 27;
+                return bLit && bOuter && !bBarRow ? clrTint : TicAt(xTic, yTic);
+            }
+        }
+        return y >= 22 && y < 27 && x >= 8 && x < 472
+                   ? BarAt(x - 8, y - 22)
+                   : (bLit ? wndOnTint : wndOnWhite).GetPixel(xWindow, yWindow);
+    });
 }
 
 TEST_F(CoarseIndicatorTest, FullPictureOfEachState) {
@@ -146,8 +184,7 @@ TEST_F(CoarseIndicatorTest, FullPictureOfEachState) {
         SCOPED_TRACE(state.szName);
         Set(state);
         DrawFull();
-        EXPECT_TRUE(
-            PixelsAre(m_wnd, STRIP, [&](int x, int y) { return ExpectedAt(state, DEFAULT_TINT, x, y); }));
+        EXPECT_TRUE(ShowsTheState(m_wnd, state, DEFAULT_TINT));
     }
 }
 
@@ -211,45 +248,18 @@ TEST_F(CoarseIndicatorTest, TheTintFollowsTheColor) {
     };
     constexpr Row ROWS[] = {{0xA00000, 0xE3B3B3}, {0xFFFFFF, 0xFFFFFF}, {0x000000, 0xB3B3B3},
                             {0x40FE01, 0xC6FFB3}, {0x000205, 0xB3B4B4}, {0x0000FF, 0xB3B3FF}};
-    State state = STATES[2];
+    const State& state = STATES[2];
     Set(state);
     for (const Row& row : ROWS) {
         m_coarse.SetColor(row.clr);
         m_coarse.Rebuild();
         DrawFull();
-        EXPECT_TRUE(
-            PixelsAre(m_wnd, STRIP, [&](int x, int y) { return ExpectedAt(state, row.clrTint, x, y); }));
+        EXPECT_TRUE(ShowsTheState(m_wnd, state, row.clrTint));
     }
     // Only a rebuild takes it up.
     m_coarse.SetColor(0xA00000);
     DrawFull();
     EXPECT_EQ(m_wnd.GetPixel(STRIP.left + 105, STRIP.top + 45), COLORREF{0xB3B3FF});
-}
-
-TEST_F(CoarseIndicatorTest, EachMarkHasItsName) {
-    m_coarse.SetFrequency(110.0F);
-    DrawFull();
-    constexpr const char* NAMES[] = {"E", "A", "D", "G", "B", "E"};
-    constexpr int MARKS[] = {15, 107, 200, 292, 366, 459};
-    CFont font;
-    ASSERT_TRUE(font.CreatePointFont(80, "MS Sans Serif"));
-    for (std::size_t i = 0; i < 6; ++i) {
-        SCOPED_TRACE(NAMES[i]);
-        const RECT rcName = {STRIP.left + MARKS[i] + 1, STRIP.top + 4,
-                             STRIP.left + std::min(MARKS[i] + 20, 478), STRIP.top + 18};
-        CStageWnd wndExpected;
-        wndExpected.Draw([&](CDC* pDc) {
-            pDc->FillSolidRect(rcName, WHITE);
-            if (i == 1) {  // lit: the highlight is 14 wide from 105 on
-                pDc->FillSolidRect({rcName.left, rcName.top, STRIP.left + 119, rcName.bottom}, DEFAULT_TINT);
-            }
-            pDc->SetBkMode(TRANSPARENT);
-            pDc->SelectObject(&font);
-            EXPECT_GT(pDc->DrawText(NAMES[i], rcName, 0), 0);
-        });
-        EXPECT_TRUE(ShowTheSame(m_wnd, wndExpected, rcName));
-        EXPECT_FALSE(PixelsAre(m_wnd, rcName, [](int, int) { return WHITE; }));
-    }
 }
 
 // Without the limits of its rectangle a name would not be larger.

@@ -28,9 +28,10 @@ struct NeedleRow {
     int nStripX;
 };
 constexpr NeedleRow NEEDLES[] = {
-    {0, {120, 89}, {120, 241}, 110},  {1, {121, 89}, {120, 241}, 101},   {-1, {119, 89}, {120, 241}, 109},
-    {10, {139, 89}, {123, 241}, 119}, {-10, {101, 89}, {117, 241}, 91},  {25, {167, 95}, {127, 242}, 147},
-    {-25, {73, 95}, {113, 242}, 63},  {50, {211, 113}, {135, 245}, 191}, {-50, {30, 113}, {106, 245}, 20},
+    {0, {120, 89}, {120, 241}, 110},   {1, {121, 89}, {120, 241}, 101},   {-1, {119, 89}, {120, 241}, 109},
+    {10, {139, 89}, {123, 241}, 119},  {-10, {101, 89}, {117, 241}, 91},  {25, {167, 95}, {127, 242}, 147},
+    {-25, {73, 95}, {113, 242}, 63},   {50, {211, 113}, {135, 245}, 191}, {-50, {30, 113}, {106, 245}, 20},
+    {46, {204, 109}, {133, 244}, 184}, {-38, {50, 103}, {109, 243}, 40},  {-19, {85, 92}, {115, 241}, 75},
 };
 
 // A pixel belongs to a line 5 wide if its centre lies within 2.5 of the line.
@@ -91,74 +92,52 @@ TEST(NeedleGeometry, EndsAndStripOfTheReferencePoints) {
     }
 }
 
-TEST_F(FineDialTest, NamesEachSemitoneWithOneOrTwoGlyphs) {
-    struct Name {
-        int nLetter;
-        int nEnd;
-        int nAccidental = -1;
-        int nAccidentalEnd = 0;
-    };
-    // Letters: 0 A ... 6 G, 7 sharp, 8 flat. All names begin at column 22.
-    constexpr Name NAMES[12] = {{2, 52},        {2, 52, 7, 77}, {3, 51},        {4, 49, 8, 73},
-                                {4, 49},        {5, 46},        {5, 46, 7, 71}, {6, 52},
-                                {6, 52, 7, 77}, {0, 54},        {1, 50, 8, 74}, {1, 50}};
+// Columns of the dial in which a glyph stands, the last one excluded.
+struct Glyph {
+    int nLeft;
+    int nEnd;
+    COLORREF clr;
+};
+constexpr Glyph Letter(int nLeft, int nEnd, int k) {
+    return {nLeft, nEnd, LetterColor(k)};
+}
+constexpr Glyph Digit(int nLeft, int nEnd, int k) {
+    return {nLeft, nEnd, DigitColor(k)};
+}
+constexpr Glyph PLUS_SIGN = Digit(119, 141, PLUS);
+constexpr Glyph MINUS_SIGN = Digit(125, 138, MINUS);
+
+// Each semitone with a needle, in their order. Letters: 0 A ... 6 G, 7 sharp, 8 flat. The ones begin at 168,
+// over the last column of the widest tens.
+const std::vector<Glyph> ROWS_OF_GLYPHS[] = {
+    {Letter(22, 52, 2), PLUS_SIGN, Digit(143, 168, 0), Digit(168, 194, 0)},
+    {Letter(22, 52, 2), Letter(52, 77, 7), PLUS_SIGN, Digit(143, 168, 0), Digit(168, 192, 1)},
+    {Letter(22, 51, 3), MINUS_SIGN, Digit(143, 168, 0), Digit(168, 192, 1)},
+    {Letter(22, 49, 4), Letter(49, 73, 8), PLUS_SIGN, Digit(143, 167, 1), Digit(168, 194, 0)},
+    {Letter(22, 49, 4), MINUS_SIGN, Digit(143, 167, 1), Digit(168, 194, 0)},
+    {Letter(22, 46, 5), PLUS_SIGN, Digit(143, 168, 2), Digit(168, 193, 5)},
+    {Letter(22, 46, 5), Letter(46, 71, 7), MINUS_SIGN, Digit(143, 168, 2), Digit(168, 193, 5)},
+    {Letter(22, 52, 6), PLUS_SIGN, Digit(143, 168, 5), Digit(168, 194, 0)},
+    {Letter(22, 52, 6), Letter(52, 77, 7), MINUS_SIGN, Digit(143, 168, 5), Digit(168, 194, 0)},
+    {Letter(22, 54, 0), PLUS_SIGN, Digit(143, 168, 4), Digit(168, 193, 6)},
+    {Letter(22, 50, 1), Letter(50, 74, 8), MINUS_SIGN, Digit(143, 167, 3), Digit(168, 193, 8)},
+    {Letter(22, 50, 1), MINUS_SIGN, Digit(143, 167, 1), Digit(168, 193, 9)},
+};
+
+COLORREF GlyphAt(const std::vector<Glyph>& glyphs, int x) {
+    for (const Glyph& glyph : glyphs) {
+        if (x >= glyph.nLeft && x < glyph.nEnd) {
+            return glyph.clr;
+        }
+    }
+    return x >= 195 && x < 231 ? DigitColor(PERCENT) : WHITE;
+}
+
+TEST_F(FineDialTest, WholePictureOfEachState) {
     for (int i = 0; i < 12; ++i) {
         SCOPED_TRACE(i);
-        const Name& name = NAMES[i];
+        const NeedleRow& row = NEEDLES[i];
         m_dial.SetNote(i);
-        DrawFull();
-        ExpectBox(22, name.nEnd, LetterColor(name.nLetter));
-        if (name.nAccidental >= 0) {
-            ExpectBox(name.nEnd, name.nAccidentalEnd, LetterColor(name.nAccidental));
-        }
-        ExpectBox(name.nAccidental >= 0 ? name.nAccidentalEnd : name.nEnd, 119, WHITE);
-    }
-    EXPECT_EQ(m_wnd.ColumnRun(DIAL.left + 22, DIAL.top + 33), (CStageWnd::Run{63, 90}));
-
-    m_dial.SetNote(12);
-    DrawFull();
-    ExpectBox(2, 119, WHITE);
-    m_dial.SetNote(-1);
-    DrawFull();
-    ExpectBox(2, 119, WHITE);
-}
-
-TEST_F(FineDialTest, WritesTheCentsWithSignAndTwoDigits) {
-    struct Number {
-        int nCents;
-        bool bMinus;
-        int nTens;
-        int nOnes;
-        int nOnesEnd;
-    };
-    constexpr Number NUMBERS[] = {
-        {0, false, 0, 0, 194},   {7, false, 0, 7, 193},      {-7, true, 0, 7, 193},
-        {10, false, 1, 0, 194},  {-19, true, 1, 9, 193},     {23, false, 2, 3, 192},
-        {50, false, 5, 0, 194},  {-51, true, 5, 1, 192},     {99, false, 9, 9, 193},
-        {100, false, 9, 9, 193}, {INT_MIN, true, 9, 9, 193}, {INT_MAX, false, 9, 9, 193}};
-    for (const Number& number : NUMBERS) {
-        SCOPED_TRACE(number.nCents);
-        m_dial.SetCents(number.nCents);
-        DrawFull();
-        if (number.bMinus) {
-            ExpectBox(125, 138, DigitColor(MINUS));
-        } else {
-            ExpectBox(119, 141, DigitColor(PLUS));
-        }
-        // The ones begin at 168, over the last column of the widest tens.
-        if (number.nTens != number.nOnes) {
-            ExpectBox(143, number.nTens == 1 ? 167 : 168, DigitColor(number.nTens));
-            ExpectBox(168, number.nOnesEnd, DigitColor(number.nOnes));
-        } else {
-            ExpectBox(143, number.nOnesEnd, DigitColor(number.nOnes));
-        }
-        ExpectBox(195, 231, DigitColor(PERCENT));
-    }
-}
-
-TEST_F(FineDialTest, FullPictureOfEachNeedle) {
-    for (const NeedleRow& row : NEEDLES) {
-        SCOPED_TRACE(row.nCents);
         m_dial.SetCents(row.nCents);
         DrawFull();
         EXPECT_TRUE(PixelsAre(m_wnd, DIAL, [&](int xWindow, int yWindow) -> COLORREF {
@@ -170,14 +149,47 @@ TEST_F(FineDialTest, FullPictureOfEachNeedle) {
             if (IsHub(x - 91, y - 232)) {
                 return HUB_COLOR;
             }
-            if (y >= 48 && IsOnNeedle(row, x, y)) {
+            if (IsOnNeedle(row, x, y)) {
                 return NEEDLE;
             }
-            if (y >= 20 && y < 47 && x >= 22 && x < 231) {
-                return CLR_INVALID;  // glyphs
+            if (y >= 20 && y < 47) {
+                return GlyphAt(ROWS_OF_GLYPHS[i], x);
             }
             return y >= 59 && y < 128 ? LabelAt(x - 2, y - 59) : WHITE;
         }));
+    }
+}
+
+TEST_F(FineDialTest, HasNoNameForAnyOtherSemitone) {
+    for (const int nSemitone : {12, -1}) {
+        m_dial.SetNote(nSemitone);
+        DrawFull();
+        ExpectBox(2, 119, WHITE);
+    }
+}
+
+// Beyond what a reading has, the number stays at two digits.
+TEST_F(FineDialTest, TheNumberEndsAt99) {
+    struct Number {
+        int nCents;
+        std::vector<Glyph> glyphs;
+    };
+    const Glyph nine = Digit(143, 193, 9);  // twice
+    const Number NUMBERS[] = {{-51, {MINUS_SIGN, Digit(143, 168, 5), Digit(168, 192, 1)}},
+                              {72, {PLUS_SIGN, Digit(143, 168, 7), Digit(168, 193, 2)}},
+                              {-67, {MINUS_SIGN, Digit(143, 168, 6), Digit(168, 193, 7)}},
+                              {84, {PLUS_SIGN, Digit(143, 168, 8), Digit(168, 194, 4)}},
+                              {3, {PLUS_SIGN, Digit(143, 168, 0), Digit(168, 192, 3)}},
+                              {99, {PLUS_SIGN, nine}},
+                              {100, {PLUS_SIGN, nine}},
+                              {INT_MIN, {MINUS_SIGN, nine}},
+                              {INT_MAX, {PLUS_SIGN, nine}}};
+    for (const Number& number : NUMBERS) {
+        SCOPED_TRACE(number.nCents);
+        m_dial.SetCents(number.nCents);
+        DrawFull();
+        EXPECT_TRUE(PixelsAre(m_wnd, {DIAL.left + 80, DIAL.top + 20, DIAL.right - 2, DIAL.top + 47},
+                              [&](int x, int) { return GlyphAt(number.glyphs, x - DIAL.left); }));
     }
 }
 

@@ -97,35 +97,67 @@ TEST_F(LevelMeterTest, TheGradientRunsFromLowToHigh) {
     }
 }
 
-TEST_F(LevelMeterTest, TheGradientGoesBothWaysInEachChannel) {
+// Red falls from 200 to 10, by 190 / 130 = 1.46153843 in single precision: at step 65 by 94.9999982.
+TEST_F(LevelMeterTest, AFallIsCutTowardZero) {
     m_meter.SetLevel(1.0F);
-    m_meter.SetColors(0x123456, 0x123456);
-    DrawFull();
-    EXPECT_EQ(m_wnd.ColumnRun(METER.left + 5, METER.top + 100), (CStageWnd::Run{45, 298}));
-    EXPECT_EQ(m_wnd.GetPixel(METER.left + 5, METER.top + 100), COLORREF{0x123456});
-    // Red falls from 200 to 10, by 190 / 130 = 1.46153843 in single precision: at step 65 by 94.9999982.
     m_meter.SetColors(0x00000A, 0x0000C8);
     DrawFull();
     EXPECT_EQ(m_wnd.GetPixel(METER.left + 5, METER.top + 124), COLORREF{0x00006A});
     EXPECT_EQ(m_wnd.GetPixel(METER.left + 5, METER.top + 252), COLORREF{0x0000C7});
 }
 
-TEST_F(LevelMeterTest, FullPictureOfEachLevel) {
-    struct Row {
-        float fLevel;
-        int nFirstRow;
-    };
-    constexpr Row ROWS[] = {{0.0F, 255}, {0.004F, 254}, {0.5F, 129}, {0.996F, 4}, {1.0F, 2}};
-    for (const Row& row : ROWS) {
-        m_meter.SetLevel(row.fLevel);
+// The ends are apart by multiples of 65, so that a channel moves by whole halves at each of the 130 steps.
+struct Gradient {
+    COLORREF clrHigh;
+    COLORREF clrLow;
+    int nRedHalves;
+    int nGreenHalves;
+    int nBlueHalves;
+
+    COLORREF GetStep(int i) const {
+        return MakeColor(GetRed(clrLow) + i * nRedHalves / 2, GetGreen(clrLow) + i * nGreenHalves / 2,
+                         GetBlue(clrLow) + i * nBlueHalves / 2);
+    }
+};
+constexpr Gradient RISING = {MakeColor(150, 75, 195), MakeColor(20, 10, 0), 2, 1, 3};
+constexpr Gradient FALLING = {MakeColor(70, 190, 40), MakeColor(200, 255, 235), -2, -1, -3};
+constexpr Gradient CROSSING = {MakeColor(200, 120, 17), MakeColor(5, 250, 17), 3, -2, 0};
+constexpr Gradient EVEN = {0x123456, 0x123456, 0, 0, 0};
+
+struct Picture {
+    const Gradient& gradient;
+    float fLevel;
+    int nFirstRow;  // of the column: 255 less the whole part of 253 times the level
+};
+constexpr Picture PICTURES[] = {
+    {RISING, 0.0F, 255},    {RISING, 0.004F, 254}, {RISING, 0.33F, 172},  {RISING, 1.0F, 2},
+    {FALLING, 0.01F, 253},  {FALLING, 0.25F, 192}, {FALLING, 0.75F, 66},  {FALLING, 0.996F, 4},
+    {CROSSING, 0.02F, 250}, {CROSSING, 0.5F, 129}, {CROSSING, 0.992F, 5}, {EVEN, 0.6F, 104},
+};
+
+// Step i stands in rows 254 - 2 i and 255 - 2 i, whether a full draw shows the level or a frame reaches it
+// from below or from above.
+TEST_F(LevelMeterTest, WholePictureOfEachState) {
+    for (const Picture& picture : PICTURES) {
+        SCOPED_TRACE(picture.fLevel);
+        const auto expect = [&] {
+            EXPECT_TRUE(PixelsAre(m_wnd, METER, [&](int x, int y) -> COLORREF {
+                if (const COLORREF clrEdge = SunkenEdgeAt(METER, x, y); clrEdge != CLR_INVALID) {
+                    return clrEdge;
+                }
+                const int nRow = y - METER.top;
+                return nRow < picture.nFirstRow ? WHITE : picture.gradient.GetStep((255 - nRow) / 2);
+            }));
+        };
+        m_meter.SetColors(picture.gradient.clrHigh, picture.gradient.clrLow);
+        m_meter.SetLevel(picture.fLevel);
         DrawFull();
-        EXPECT_TRUE(PixelsAre(m_wnd, METER, [&](int x, int y) -> COLORREF {
-            if (const COLORREF clrEdge = SunkenEdgeAt(METER, x, y); clrEdge != CLR_INVALID) {
-                return clrEdge;
-            }
-            return y - METER.top < row.nFirstRow ? WHITE : CLR_INVALID;
-        }));
-        EXPECT_TRUE(row.nFirstRow > 254 || m_wnd.GetPixel(225, METER.top + row.nFirstRow) != WHITE);
+        expect();
+        for (const float fFrom : {0.0F, 1.0F}) {
+            DrawFrame(fFrom);
+            DrawFrame(picture.fLevel);
+            expect();
+        }
     }
 }
 
