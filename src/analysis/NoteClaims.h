@@ -3,6 +3,7 @@
 #include "platform/signal/AlignedArray.h"
 #include "tuning/NoteReading.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -47,7 +48,7 @@ private:
         float fAmplitude;
     };
     bool IsActive(int n) const;
-    std::uint8_t* ClaimsOf(int n) { return m_pbClaim.Data() + n * m_nPeaks; }
+    std::uint8_t* ClaimsOf(int n) { return m_pbClaim.Data() + static_cast<std::ptrdiff_t>(n) * m_nPeaks; }
     float OwnShareOf(int n);
 
     int m_nNotes = 0;

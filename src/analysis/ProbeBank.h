@@ -32,8 +32,8 @@ private:
                                      int nPeaks) const;
 
     int m_nProbes = 0;
-    alignas(64) Lanes m_afLow{};         // lower edges of the first harmonics' bands
-    alignas(64) Lanes m_afReciprocal{};  // of the upper edges
+    Lanes m_afLow{};         // lower edges of the first harmonics' bands
+    Lanes m_afReciprocal{};  // of the upper edges
     // The multiples of 5 and of any later prime, as bits.
     std::uint32_t m_nOthersBelow32 = 0;
     std::uint32_t m_nOthersBelow64 = 0;

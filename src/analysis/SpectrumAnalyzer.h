@@ -36,9 +36,10 @@ public:
     CSpectrumAnalyzer& operator=(const CSpectrumAnalyzer&) = delete;
 
     // Makes the analyser ready for blocks of nBlockSamples, a power of two, at nSampleRate Hz, with the notes
-    // of A = 440 Hz. nMaxPeaks: peaks kept of a block; nPrimes: primes that the octave is looked for with;
-    // nProbes: probe frequencies in the octave above fLowestFrequency (Hz). False when the block size is not
-    // a power of two or memory cannot be had; only another Setup makes it usable then.
+    // of A = 440 Hz. nMaxPeaks: peaks kept of a block; nPrimes, at most MAX_PRIMES: primes that the octave is
+    // looked for with; nProbes, at most 32: probe frequencies in the octave above fLowestFrequency (Hz).
+    // False when one of these is out of range or memory cannot be had; only another Setup makes it usable
+    // then.
     bool Setup(int nBlockSamples, int nSampleRate, int nMaxPeaks, int nPrimes, int nProbes,
                float fLowestFrequency);
     // Releases all that Setup took. Safe on a cleared analyser.
@@ -144,7 +145,7 @@ private:
     CProbeBank m_bank;
     CAlignedArray<float> m_pfFirstProbe;  // where the probes of each block begin
     CAlignedArray<int> m_pnPrimes;
-    alignas(32) PrimeSums m_afPrimeEnergy{};
+    PrimeSums m_afPrimeEnergy{};
     CAlignedArray<float> m_pfPrimeShare;
     int m_nPrimes = 0;
     CPublishedGrid m_grid;

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 namespace {
 
@@ -72,13 +73,13 @@ int CSpectrumAnalyzer::CorrectPeaks(int nStrongest, bool bTimeGate) {
     }
     int nFound = 0;
     for (int i = 0; i < nStrong; ++i) {
-        const int k = m_pnStrongBin[i];
+        const std::ptrdiff_t k = m_pnStrongBin[i];
         const double dReal = pfX[2 * k];
         const double dImaginary = pfX[2 * k + 1];
-        const float fPower = m_pfPower[k];
+        const float fPower = m_pfPower[m_pnStrongBin[i]];
         const auto fCorrection =
             static_cast<float>((dImaginary * pfD[2 * k] - dReal * pfD[2 * k + 1]) / fPower);
-        m_pfFoundFrequency[nFound] = static_cast<float>(k * dBinDistance + fCorrection);
+        m_pfFoundFrequency[nFound] = static_cast<float>(static_cast<double>(k) * dBinDistance + fCorrection);
         m_pfFoundPower[nFound] = fPower;
         bool bKept = std::abs(fCorrection) < dHighestCorrection;
         if (bTimeGate) {

@@ -28,8 +28,9 @@ void MatchHarmonics(const float* pfFrequency, int n, double dLow, double dHigh, 
     const double dReciprocal = 1.0 / dHigh;
     for (int i = 0; i < n; ++i) {
         const double dFrequency = pfFrequency[i];
-        // Products of a harmonic and a float are exact in double precision, and so is each comparison.
-        // The quotient is good to much more than the least distance at which it can miss a whole number.
+        // Products of a harmonic and a float are exact in double precision, and so is each comparison. The
+        // quotient errs by far less than the least distance that two floats' quotient can have from a whole
+        // number.
         const int nBelow = static_cast<int>(dFrequency * dReciprocal);
         const int nHarmonic = nBelow + static_cast<int>(nBelow * dHigh < dFrequency);
         pnHarmonic[i] = nHarmonic * dLow < dFrequency ? nHarmonic : 0;
@@ -62,19 +63,20 @@ void CSpectrumAnalyzer::ResetProbes() {
 
 void CSpectrumAnalyzer::SearchProbes() {
     ResetProbes();
-    // The others would come to nothing.
+    // The others keep a score of 0: they would come to nothing.
     std::uint32_t nHopeful =
         m_bank.FindHopeful(m_pfPeakFrequency.Data(), m_pfPeakAmplitude.Data(), m_nMaxPeaks);
     for (; nHopeful != 0; nHopeful &= nHopeful - 1) {
         const int nProbe = std::countr_zero(nHopeful);
         m_pfProbeScore[nProbe] = ScoreProbe(m_pfProbeFrequency[nProbe], nProbe);
     }
+    const int nHighest = m_nSampleRate / 2;
     int t = 0;
     while (nspsMaxExt(m_pfProbeScore.Data(), m_nProbes, &t) > 0.0F) {
         int nDivisor = 2;
         const bool bFound = FindDivisor(t, &nDivisor);
         const double dLifted = nDivisor * static_cast<double>(m_pfProbeFrequency[t]);
-        if (bFound && dLifted < m_nSampleRate / 2) {
+        if (bFound && dLifted < nHighest) {
             m_pfProbeFrequency[t] = static_cast<float>(dLifted);
             m_pfProbeScore[t] = ScoreProbe(m_pfProbeFrequency[t], t);
         } else {
@@ -94,9 +96,9 @@ float CSpectrumAnalyzer::ScoreProbe(float fFrequency, int nProbe) {
     int* pnHarmonic = m_pnSlotHarmonic.Data() + nBase;
     float* pfFrequency = m_pfSlotFrequency.Data() + nBase;
     float* pfAmplitude = m_pfSlotAmplitude.Data() + nBase;
-    // The slot being filled is written at every peak and moves on with a new harmonic. Which peaks match
-    // cannot be foreseen, so that there is no branch on it: what does not match changes nothing. A first slot
-    // before the tables' first takes what comes before any match.
+    // Which peaks match cannot be foreseen, so that there is no branch on it: the slot being filled is
+    // written at every peak, and a peak that does not match changes nothing. Before the first match slot 0
+    // takes what is written.
     int nSlot = -1;
     int nHere = 0;
     float fStrongest = 0.0F;

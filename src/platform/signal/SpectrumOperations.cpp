@@ -10,7 +10,7 @@
 
 FRETVANE_VECTOR_CLONES
 void PowerSpectrum(const float* pfBins, float* pfPower, int n) {
-    for (int i = 0; i < n; ++i) {
+    for (std::ptrdiff_t i = 0; i < n; ++i) {
         const double dReal = pfBins[2 * i];
         const double dImaginary = pfBins[2 * i + 1];
         pfPower[i] = static_cast<float>(dReal * dReal + dImaginary * dImaginary);
@@ -42,10 +42,10 @@ int FindLocalMaxima(const float* pfVector, int n, int* pnPlaces) {
 FRETVANE_VECTOR_CLONES
 float NthLargest(const float* pfValues, int n, int nRank) {
     std::uint32_t nLow = 0;
-    std::uint32_t nHigh = std::bit_cast<std::uint32_t>(3.4e38F);
+    auto nHigh = std::bit_cast<std::uint32_t>(3.4e38F);
     while (nHigh - nLow > 1) {
         const std::uint32_t nMiddle = nLow + (nHigh - nLow) / 2;
-        const float fMiddle = std::bit_cast<float>(nMiddle);
+        const auto fMiddle = std::bit_cast<float>(nMiddle);
         int nCount = 0;
         for (int i = 0; i < n; ++i) {
             nCount += static_cast<int>(pfValues[i] >= fMiddle);
