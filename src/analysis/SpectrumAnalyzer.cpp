@@ -26,6 +26,9 @@ constexpr double LEVEL_RANGE = 60.0;
 // Harmonics whose divisors are kept in a table: those of 35 Hz up to 22 kHz.
 constexpr int LISTED_HARMONICS = 640;
 
+// Sizes beyond any use, whose tables' sizes are still far from what an int holds.
+constexpr int LONGEST_BLOCK = 1 << 24;
+
 constexpr float FIRST_REFERENCE = DEFAULT_A_FREQUENCY;
 
 }  // namespace
@@ -39,7 +42,8 @@ bool CSpectrumAnalyzer::Setup(int nBlockSamples, int nSampleRate, int nMaxPeaks,
     m_fLowestFrequency = fLowestFrequency;
 
     CAlignedArray<float> temporary;
-    if (nBlockSamples < 0 || nPrimes > MAX_PRIMES || nProbes > CProbeBank::MAX_PROBES ||
+    if (nBlockSamples < 0 || nBlockSamples > LONGEST_BLOCK || nSampleRate <= 0 ||
+        !(fLowestFrequency > 0.0F) || nPrimes > MAX_PRIMES || nProbes > CProbeBank::MAX_PROBES ||
         !temporary.Allocate(nBlockSamples + 1)) {
         return false;
     }
@@ -207,7 +211,8 @@ NoteReading CSpectrumAnalyzer::MakeReading(float fFrequency, float fRawStrength)
         return m_pBlockGrid->MakeReading(fFrequency, fRawStrength);
     }
     const CPublishedGrid::CReader reader(m_grid);
-    return reader.Get() != nullptr ? reader.Get()->MakeReading(fFrequency, fRawStrength) : NoteReading{};
+    return reader.Get() != nullptr ? reader.Get()->MakeReading(fFrequency, fRawStrength)
+                                   : NoteReading::Empty(0);
 }
 
 void CSpectrumAnalyzer::ClearCandidates() {

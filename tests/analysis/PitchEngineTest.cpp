@@ -54,8 +54,8 @@ protected:
     }
 
     CFakeWaveInScope m_fake;
+    Heard m_heard{.pEngine = &m_engine};  // before the engine, which may still call it while it ends
     CPitchEngine m_engine;
-    Heard m_heard{.pEngine = &m_engine};
 };
 
 TEST_F(PitchEngine, IdleItHasNothingToStopAndNothingHeard) {

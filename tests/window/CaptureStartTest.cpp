@@ -1,4 +1,6 @@
 #include "platform/windows/support/Toolkit.h"
+#include "support/CaptureSets.h"
+#include "window/CaptureLadder.h"
 #include "window/TunerWndTest.h"
 
 #include <chrono>
@@ -38,6 +40,17 @@ protected:
         return bCome;
     }
 };
+
+// The accuracy of the analysis was measured with these sets, at these limits: the window must use the same.
+TEST(CaptureLadder, HoldsTheSetsThatTheAnalysisWasMeasuredWith) {
+    for (std::size_t i = 0; i < CAPTURE_SETS.size(); ++i) {
+        EXPECT_EQ(CAPTURE_LADDER[i].bPreferredDevice, i >= 3);
+        EXPECT_EQ(CAPTURE_LADDER[i].nSampleRate, CAPTURE_SETS[i].nSampleRate);
+        EXPECT_EQ(CAPTURE_LADDER[i].nBufferSamples, CAPTURE_SETS[i].nBufferSamples);
+        EXPECT_EQ(CAPTURE_LADDER[i].nBlockSamples, CAPTURE_SETS[i].nBlockSamples);
+        EXPECT_EQ(CAPTURE_LADDER[i].fLowestFrequency, CAPTURE_SETS[i].fLowestFrequency);
+    }
+}
 
 TEST_F(CaptureStartTest, IsContentWithTheFirstSetOfValues) {
     WriteState(0, 0);

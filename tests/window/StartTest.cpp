@@ -111,12 +111,13 @@ class MissingFileTest : public CTunerWndTest, public testing::WithParamInterface
 
 // No window, no thread, no use of the object; the process ends and says that it failed.
 TEST_P(MissingFileTest, EndsTheStart) {
-    WriteState(3, 0);
+    WriteState(3, 0, "77");
     m_directory.Remove(GetParam().szFile);
     Open();
     EXPECT_FALSE(Wnd().IsWindow());
     EXPECT_THAT(m_directory.LogMessages(), ElementsAre(GetParam().szMessage));
     EXPECT_EQ(StateField(7), "3") << "without a selected row the stored one stays";
+    EXPECT_EQ(StateField(8), "77") << "without a capture the stored hop stays";
     m_pWnd.reset();
     toolkit::RunPending();
     EXPECT_EQ(toolkit::CountTopLevelWidgets(), 0);
