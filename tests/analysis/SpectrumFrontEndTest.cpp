@@ -110,7 +110,7 @@ TEST(SpectrumAnalyzerSetup, EachStandsForItself) {
 
     CSpectrumAnalyzer used;
     used.Clear();
-    EXPECT_EQ(used.MakeReading(440.0F, 1.0F), NoteReading{});
+    EXPECT_EQ(used.MakeReading(440.0F, 1.0F), NoteReading::Empty(0)) << "no notes, no reading";
     for (const int nBlock : {1000, 0, -8, 1023, 3}) {
         EXPECT_FALSE(used.Setup(nBlock, RATE, 20, 7, 24, 50.0F)) << nBlock;
     }
