@@ -17,7 +17,7 @@ constexpr int PAUSE_STEP_MS = 40;
 
 // Cut toward zero, and kept within what an int holds: a hop has no upper limit.
 int TruncateToInt(float fValue) {
-    constexpr float fLimit = static_cast<float>(std::numeric_limits<int>::max());
+    constexpr auto fLimit = static_cast<float>(std::numeric_limits<int>::max());
     return fValue >= fLimit ? std::numeric_limits<int>::max() : static_cast<int>(fValue);
 }
 

@@ -43,6 +43,7 @@ MMRESULT CWaveInDevice::AddBuffer(WAVEHDR& buffer) {
 void CWaveInDevice::WaveInCallback(HWAVEIN /*hWaveIn*/, UINT uMessage, std::uintptr_t dwInstance,
                                    std::uintptr_t /*dwParam1*/, std::uintptr_t /*dwParam2*/) {
     if (uMessage == MM_WIM_DATA) {
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): a callback carries its object as a number
         auto* const pDevice = reinterpret_cast<CWaveInDevice*>(dwInstance);
         ++pDevice->m_nCompleted;
         pDevice->m_pEvent->SetEvent();

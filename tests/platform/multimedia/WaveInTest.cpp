@@ -24,6 +24,7 @@ struct Event {
 
 void Record(HWAVEIN hWaveIn, UINT uMessage, std::uintptr_t dwInstance, std::uintptr_t dwParam1,
             std::uintptr_t /*dwParam2*/) {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): a callback carries its object as a number
     reinterpret_cast<std::vector<Event>*>(dwInstance)->push_back({hWaveIn, uMessage, dwParam1});
 }
 
@@ -118,6 +119,7 @@ TEST_F(WaveIn, RefusalsLeaveNoHandle) {
 
 // However the sound is cut into pieces and the room into buffers, what comes out is the sound.
 TEST(WaveInQueue, AnyPiecesGiveTheSameSound) {
+    // NOLINTNEXTLINE(cert-msc32-c,cert-msc51-cpp): a failure must come again in the next run
     std::mt19937 random(20261122);
     const auto pick = [&](int nLow, int nHigh) {
         return static_cast<std::size_t>(std::uniform_int_distribution(nLow, nHigh)(random));

@@ -6,6 +6,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <memory>
 
@@ -34,22 +35,23 @@ TEST(WinThread, IsSuspendedUntilResumedAndGivesItsExitCode) {
     EXPECT_EQ(pThread->GetExitCode(), -3);
 }
 
+// The nice value that a thread of that priority finds.
+int NiceOfThread(int nPriority) {
+    std::atomic<int> nNice = -100;
+    const auto pThread = CWinThread::Create(
+        [&nNice] {
+            nNice = NiceOfThisThread();
+            return 0;
+        },
+        nPriority);
+    EXPECT_TRUE(pThread && pThread->ResumeThread() && pThread->WaitForEnd(10000));
+    return nNice;
+}
+
 TEST(WinThread, BelowNormalLowersThatThreadAlone) {
     const int nBefore = NiceOfThisThread();
-    int nNormal = 0;
-    int nBelow = 0;
-    for (const auto& [pnNice, nPriority] :
-         {std::pair{&nNormal, THREAD_PRIORITY_NORMAL}, std::pair{&nBelow, THREAD_PRIORITY_BELOW_NORMAL}}) {
-        const auto pThread = CWinThread::Create(
-            [pnNice] {
-                *pnNice = NiceOfThisThread();
-                return 0;
-            },
-            nPriority);
-        ASSERT_TRUE(pThread && pThread->ResumeThread() && pThread->WaitForEnd(10000));
-    }
-    EXPECT_EQ(nNormal, nBefore);
-    EXPECT_EQ(nBelow, std::min(nBefore + 5, 19));
+    EXPECT_EQ(NiceOfThread(THREAD_PRIORITY_NORMAL), nBefore);
+    EXPECT_EQ(NiceOfThread(THREAD_PRIORITY_BELOW_NORMAL), std::min(nBefore + 5, 19));
     EXPECT_EQ(NiceOfThisThread(), nBefore);
 }
 

@@ -1,11 +1,11 @@
 #include "platform/multimedia/support/PrivateSoundServer.h"
 
-#include <signal.h>
-#include <stdlib.h>
 #include <unistd.h>
 
 #include <cmath>
+#include <csignal>
 #include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <numbers>

@@ -10,7 +10,7 @@
 namespace {
 
 constexpr std::size_t BUFFER_SAMPLES = 512;
-constexpr UINT LONGEST_SECONDS = 30;
+constexpr std::size_t LONGEST_SECONDS = 30;
 
 std::complex<double> Project(const std::vector<double>& samples, std::size_t nBegin, std::size_t nCount,
                              double fFrequency, double fRate) {
@@ -66,9 +66,15 @@ void CTestRecording::Close() {
 
 void CTestRecording::OnMessage(HWAVEIN /*hWaveIn*/, UINT uMessage, std::uintptr_t dwInstance,
                                std::uintptr_t dwParam1, std::uintptr_t /*dwParam2*/) {
-    if (uMessage == MM_WIM_DATA &&
-        reinterpret_cast<WAVEHDR*>(dwParam1)->dwBytesRecorded == 2 * BUFFER_SAMPLES) {
-        ++reinterpret_cast<CTestRecording*>(dwInstance)->m_nFilled;
+    if (uMessage != MM_WIM_DATA) {
+        return;
+    }
+    // NOLINTBEGIN(performance-no-int-to-ptr): a callback carries its objects as numbers
+    const auto* const pHeader = reinterpret_cast<const WAVEHDR*>(dwParam1);
+    auto* const pRecording = reinterpret_cast<CTestRecording*>(dwInstance);
+    // NOLINTEND(performance-no-int-to-ptr)
+    if (pHeader->dwBytesRecorded == 2 * BUFFER_SAMPLES) {
+        ++pRecording->m_nFilled;
     }
 }
 
