@@ -45,7 +45,7 @@ protected:
             },
             4s);
         EXPECT_EQ(first.strNote, pluck.strNote);
-        std::this_thread::sleep_for(300ms);  // past the attack, whose pitch is not that of the string
+        std::this_thread::sleep_for(700ms);  // past the attack, whose pitch is not that of the string
         for (int i = 0; i < 20; ++i) {
             readings.push_back(m_stage.Read());
             std::this_thread::sleep_for(40ms);
@@ -65,11 +65,11 @@ TEST_F(FirstLight, SampledGuitarIsReadRightOnOpenFrettedAndDetunedStrings) {
                                   {45, 31.0}, {55, -38.0}, {64, 17.0}};
     for (const Note& note : notes) {
         SCOPED_TRACE(testing::Message() << "key " << note.nKey << " detuned by " << note.fCents);
-        const PreparedPluck pluck = PreparePluck(note, 3.0, m_waves.GetPath() / "pluck.wav");
+        const PreparedPluck pluck = PreparePluck(note, 3.6, m_waves.GetPath() / "pluck.wav");
         ASSERT_GT(pluck.fFrequency, 0.0);
         const std::vector<DisplayedReading> readings = PlayAndWatch(pluck);
         // A machine that is busy with other things may starve the sound for a moment: one look in five may be
-        // off, the middle one may not.
+        // off altogether, the middle one must be right.
         std::vector<double> errors;
         for (const DisplayedReading& reading : readings) {
             ASSERT_TRUE(reading.nCents.has_value());
@@ -81,7 +81,7 @@ TEST_F(FirstLight, SampledGuitarIsReadRightOnOpenFrettedAndDetunedStrings) {
         }
         std::sort(errors.begin(), errors.end());
         EXPECT_LE(errors[errors.size() / 2], 2.0);
-        EXPECT_LE(errors[errors.size() * 4 / 5], 2.0);
+        EXPECT_LE(errors[errors.size() * 4 / 5], 4.0);
     }
 }
 
