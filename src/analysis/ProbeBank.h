@@ -25,7 +25,6 @@ public:
 
 private:
     static constexpr int LANES = 8;
-    static constexpr int GROUPS = MAX_PROBES / LANES;
     using Lanes = std::array<float, MAX_PROBES>;
 
     std::uint32_t FindHopefulInGroup(int nGroup, const float* pfFrequency, const float* pfAmplitude,
