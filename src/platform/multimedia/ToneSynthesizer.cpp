@@ -20,6 +20,8 @@ constexpr double MEASURED_SECONDS = 0.75;
 constexpr double ATTACK_SECONDS = 0.05;
 constexpr int BEND_MIDDLE = 8192;
 constexpr double CENTS_OF_FULL_BEND = 200.0;
+// What the synthesizer makes of it: a range of 2 out of 128 and not out of 127 parts of 12700 cents.
+constexpr double CENTS_OF_ITS_FULL_BEND = 12700.0 * 2.0 / 128.0;
 constexpr int POLYPHONY = 64;
 // Loud enough, and far enough from clipping.
 constexpr double GAIN = 0.6;
@@ -28,6 +30,7 @@ constexpr int A_KEY = 69;
 constexpr double A_FREQUENCY = 440.0;
 // In the middle of the cent that the synthesizer cuts to: rounding can't tip it over.
 constexpr double MIDDLE_OF_CENT = 0.5;
+constexpr float INAUDIBLE = 1e-5F;
 constexpr int TUNING_BANK = 0;
 constexpr int TUNING_PROGRAM = 0;
 
@@ -187,15 +190,15 @@ double CToneSynthesizer::DeviationOf(std::size_t nChannel, int nKey) const {
 
 void CToneSynthesizer::NoteOn(std::size_t nChannel, int nKey, int nVelocity) {
     NoteOff(nChannel, nKey);
-    const double fBend = CENTS_OF_FULL_BEND * static_cast<double>(m_bends[nChannel] - BEND_MIDDLE) /
-                         static_cast<double>(BEND_MIDDLE);
-    const double fWanted = CENTS_PER_KEY * nKey + fBend - DeviationOf(nChannel, nKey);
+    const double fTurn =
+        static_cast<double>(m_bends[nChannel] - BEND_MIDDLE) / static_cast<double>(BEND_MIDDLE);
+    const double fWanted = CENTS_PER_KEY * nKey + CENTS_OF_FULL_BEND * fTurn - DeviationOf(nChannel, nKey);
     const double fSteps = std::round(fWanted / OFFSET_STEP);
     const double fWhole = std::floor(fSteps * OFFSET_STEP);
     const auto nVoice = static_cast<std::size_t>(fSteps - fWhole / OFFSET_STEP);
     const Voice& voice = *m_voices[nVoice];
     m_playedBy[nChannel][static_cast<std::size_t>(nKey)] = static_cast<BYTE>(nVoice);
-    voice.Tune(static_cast<int>(nChannel), nKey, fWhole + MIDDLE_OF_CENT - fBend);
+    voice.Tune(static_cast<int>(nChannel), nKey, fWhole + MIDDLE_OF_CENT - CENTS_OF_ITS_FULL_BEND * fTurn);
     fluid_synth_noteon(voice.pSynth.get(), static_cast<int>(nChannel), nKey, nVelocity);
 }
 
@@ -222,10 +225,5 @@ void CToneSynthesizer::Render(std::span<float> stereo) {
             stereo[i] += m_mix[i];
         }
     }
-}
-
-bool CToneSynthesizer::IsSilent() const {
-    return std::all_of(m_voices.begin(), m_voices.end(), [](const auto& pVoice) {
-        return fluid_synth_get_active_voice_count(pVoice->pSynth.get()) == 0;
-    });
+    m_bSilent = std::all_of(stereo.begin(), stereo.end(), [](float f) { return std::fabs(f) < INAUDIBLE; });
 }

@@ -32,7 +32,8 @@ public:
     void ShortMsg(DWORD dwMessage);
     // The next sound: pairs of left and right. Replaces what is in the span.
     void Render(std::span<float> stereo);
-    bool IsSilent() const;
+    // Nothing could be heard of what was rendered last.
+    bool IsSilent() const { return m_bSilent; }
 
 private:
     struct Voice;
@@ -53,4 +54,5 @@ private:
     std::array<int, CHANNELS> m_programs{};
     std::array<std::array<BYTE, KEYS>, CHANNELS> m_playedBy{};  // which voice has a key's latest note
     std::vector<float> m_mix;
+    bool m_bSilent = true;
 };

@@ -67,9 +67,10 @@ TEST_F(ToneServer, TonesAreHeardAtTheirPitch) {
         std::this_thread::sleep_for(1s);
         const auto samples = StopRecording();
         const std::size_t nStart = FirstSound(samples) + RATE / 20;
-        ASSERT_GT(samples.size(), nStart + RATE / 2) << nKey;
-        const std::vector<float> steady(samples.begin() + static_cast<std::ptrdiff_t>(nStart),
-                                        samples.begin() + static_cast<std::ptrdiff_t>(nStart + RATE / 2));
+        ASSERT_GT(samples.size(), nStart + RATE * 7 / 10) << nKey;
+        const std::vector<float> steady(
+            samples.begin() + static_cast<std::ptrdiff_t>(nStart),
+            samples.begin() + static_cast<std::ptrdiff_t>(nStart + RATE * 7 / 10));
         const double fFrequency = 440.0 * std::exp2((nKey - 69) / 12.0);
         const double fCents = 1200.0 * std::log2(MeasurePitch(steady, RATE, fFrequency) / fFrequency);
         EXPECT_NEAR(fCents, 0.1, 0.5) << nKey;

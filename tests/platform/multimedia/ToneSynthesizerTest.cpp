@@ -54,6 +54,7 @@ TEST_F(ToneSynthesizer, AllThirtySixNotesAreInTuneAloneAndInTheRun) {
         // The bend of one string is four units too high.
         const double fAlone = CentsOf(nKey, 8196, nKey) - 4.0 / 40.96;
         const double fInRun = CentsOf(nKey + 1, 4096, nKey);
+        std::printf("key %d: alone %+.3f, in the run %+.3f cents\n", nKey, fAlone, fInRun);
         EXPECT_NEAR(fAlone, 0.0, 0.5) << nKey;
         EXPECT_NEAR(fInRun, 0.0, 0.5) << nKey;
         fWorst = std::max({fWorst, std::fabs(fAlone), std::fabs(fInRun)});
@@ -79,6 +80,7 @@ TEST_F(ToneSynthesizer, AMessageWithAWrongDataByteIsDropped) {
     EXPECT_FALSE(m_pSynthesizer->IsSilent());
     m_pSynthesizer->ShortMsg(0xFF);
     Render(0.1);
+    Render(0.1);  // the first holds the end of what sounded
     EXPECT_TRUE(m_pSynthesizer->IsSilent());
 }
 
