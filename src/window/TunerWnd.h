@@ -6,6 +6,7 @@
 #include "platform/windows/Button.h"
 #include "platform/windows/Static.h"
 #include "platform/windows/Wnd.h"
+#include "tones/TonePlayer.h"
 #include "tuning/TuningList.h"
 #include "tuning/TuningStore.h"
 #include "widgets/CoarseIndicator.h"
@@ -123,6 +124,7 @@ private:
     CTuningList m_presets;
     CPitchEngine m_engine;
     CNoteTracker m_tracker;
+    CTonePlayer m_tonePlayer;
     CErrorLog m_errorLog;
     CString m_strAButton;
     int m_nPresetCount = 0;

@@ -37,6 +37,7 @@ int CTunerWnd::OnCreate() {
         return CREATE_FAILED;
     }
     SelectStoredRow();
+    m_tonePlayer.SetAFrequency(m_store.GetAFrequency());
     SetFirstReading();
     m_dwFpsStart = timeGetTime();
     m_nFrames = 0;

@@ -13,6 +13,7 @@ void PulseContextCloser::operator()(pa_context* pContext) const {
 void PulseStreamCloser::operator()(pa_stream* pStream) const {
     pa_stream_set_state_callback(pStream, nullptr, nullptr);
     pa_stream_set_read_callback(pStream, nullptr, nullptr);
+    pa_stream_set_write_callback(pStream, nullptr, nullptr);
     pa_stream_disconnect(pStream);
     pa_stream_unref(pStream);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/base/Types.h"
+#include "platform/multimedia/MmResult.h"
 
 #include <cstdint>
 
@@ -10,14 +11,6 @@
 // Every function gives a result code and may be called from any thread, except that none may be called from
 // inside the callback.
 
-using MMRESULT = UINT;
-inline constexpr MMRESULT MMSYSERR_NOERROR = 0;
-inline constexpr MMRESULT MMSYSERR_ERROR = 1;
-inline constexpr MMRESULT MMSYSERR_BADDEVICEID = 2;
-inline constexpr MMRESULT MMSYSERR_INVALHANDLE = 5;
-inline constexpr MMRESULT MMSYSERR_NODRIVER = 6;
-inline constexpr MMRESULT MMSYSERR_NOMEM = 7;
-inline constexpr MMRESULT MMSYSERR_INVALPARAM = 11;
 inline constexpr MMRESULT WAVERR_BADFORMAT = 32;
 inline constexpr MMRESULT WAVERR_STILLPLAYING = 33;
 inline constexpr MMRESULT WAVERR_UNPREPARED = 34;

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "platform/base/Types.h"
+#include "platform/multimedia/MmResult.h"
+
+#include <cstdint>
+#include <memory>
+
+// Periodic calls on a thread of their own.
+
+inline constexpr MMRESULT TIMERR_NOERROR = 0;
+inline constexpr MMRESULT TIMERR_NOCANDO = 97;
+inline constexpr UINT TIME_PERIODIC = 1;
+
+// Milliseconds.
+struct TIMECAPS {
+    UINT wPeriodMin = 0;
+    UINT wPeriodMax = 0;
+};
+
+using TimeProc = void (*)(UINT uTimerId, UINT uMessage, std::uintptr_t dwUser, std::uintptr_t dw1,
+                          std::uintptr_t dw2);
+
+MMRESULT timeGetDevCaps(TIMECAPS& caps);
+// Asks for this precision, until timeEndPeriod gives it back.
+MMRESULT timeBeginPeriod(UINT uPeriod);
+MMRESULT timeEndPeriod(UINT uPeriod);
+// Calls pfnCallback every uDelay milliseconds, counted from now by the monotonic clock. Ticks that are late
+// by up to a tenth of a second are made up for, those that are later are left out. The resolution is not
+// looked at; the only kind is TIME_PERIODIC. Gives the timer's id, 0 on failure.
+UINT timeSetEvent(UINT uDelay, UINT uResolution, TimeProc pfnCallback, std::uintptr_t dwUser, UINT uKind);
+// When it returns no tick runs and none will; only from inside a tick, that tick itself goes on.
+MMRESULT timeKillEvent(UINT uTimerId);
+
+// What stands behind these functions.
+class ITimerBackend {
+public:
+    virtual ~ITimerBackend() = default;
+    virtual MMRESULT GetDevCaps(TIMECAPS& caps) = 0;
+    virtual MMRESULT BeginPeriod(UINT uPeriod) = 0;
+    virtual MMRESULT EndPeriod(UINT uPeriod) = 0;
+    virtual UINT SetEvent(UINT uDelay, TimeProc pfnCallback, std::uintptr_t dwUser) = 0;
+    virtual MMRESULT KillEvent(UINT uTimerId) = 0;
+
+    ITimerBackend(const ITimerBackend&) = delete;
+    ITimerBackend& operator=(const ITimerBackend&) = delete;
+
+protected:
+    ITimerBackend() = default;
+};
+
+// Puts a backend in place of the present one and gives that back; null stands for the system's clock. Not
+// while a timer runs.
+std::shared_ptr<ITimerBackend> SetTimerBackend(std::shared_ptr<ITimerBackend> pBackend);

@@ -1,0 +1,229 @@
+#include "platform/multimedia/ToneSynthesizer.h"
+
+#include "platform/multimedia/PitchEstimate.h"
+#include "platform/multimedia/ShortMessage.h"
+
+#include <fluidsynth.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr std::size_t OFFSETS = 4;
+constexpr double OFFSET_STEP = 1.0 / static_cast<double>(OFFSETS);  // cents
+constexpr int GUITAR = 24;
+constexpr int FIRST_KEY = 36;
+constexpr int LAST_KEY = 72;
+constexpr int MEASURED_VELOCITY = 127;
+constexpr double MEASURED_SECONDS = 0.75;
+constexpr double ATTACK_SECONDS = 0.05;
+constexpr int BEND_MIDDLE = 8192;
+constexpr double CENTS_OF_FULL_BEND = 200.0;
+// What the synthesizer makes of it: a range of 2 out of 128 and not out of 127 parts of 12700 cents.
+constexpr double CENTS_OF_ITS_FULL_BEND = 12700.0 * 2.0 / 128.0;
+constexpr int POLYPHONY = 64;
+// Loud enough, and far enough from clipping.
+constexpr double GAIN = 0.6;
+constexpr double CENTS_PER_KEY = 100.0;
+constexpr int A_KEY = 69;
+constexpr double A_FREQUENCY = 440.0;
+// In the middle of the cent that the synthesizer cuts to: rounding can't tip it over.
+constexpr double MIDDLE_OF_CENT = 0.5;
+constexpr float INAUDIBLE = 1e-5F;
+constexpr int TUNING_BANK = 0;
+constexpr int TUNING_PROGRAM = 0;
+
+double FrequencyOf(int nKey) {
+    return A_FREQUENCY * std::exp2(static_cast<double>(nKey - A_KEY) / 12.0);
+}
+
+void SilenceLog() {
+    for (const int nLevel : {FLUID_PANIC, FLUID_ERR, FLUID_WARN, FLUID_INFO, FLUID_DBG}) {
+        fluid_set_log_function(
+            nLevel, [](int, const char*, void*) {}, nullptr);
+    }
+}
+
+struct SettingsDeleter {
+    void operator()(fluid_settings_t* pSettings) const { delete_fluid_settings(pSettings); }
+};
+struct SynthDeleter {
+    void operator()(fluid_synth_t* pSynth) const { delete_fluid_synth(pSynth); }
+};
+
+}  // namespace
+
+// One synthesizer, which sounds all keys too high by its offset.
+struct CToneSynthesizer::Voice {
+    std::unique_ptr<fluid_settings_t, SettingsDeleter> pSettings;
+    std::unique_ptr<fluid_synth_t, SynthDeleter> pSynth;
+
+    bool Load(const std::string& strSoundFont, double fOffset) {
+        pSettings.reset(new_fluid_settings());
+        fluid_settings_t* const p = pSettings.get();
+        fluid_settings_setnum(p, "synth.sample-rate", SYNTHESIZER_RATE * std::exp2(-fOffset / 1200.0));
+        fluid_settings_setint(p, "synth.dynamic-sample-loading", 1);
+        fluid_settings_setint(p, "synth.reverb.active", 0);
+        fluid_settings_setint(p, "synth.chorus.active", 0);
+        fluid_settings_setint(p, "synth.lock-memory", 0);
+        fluid_settings_setint(p, "synth.polyphony", POLYPHONY);
+        fluid_settings_setnum(p, "synth.gain", GAIN);
+        pSynth.reset(new_fluid_synth(p));
+        std::array<double, KEYS> pitches{};
+        for (std::size_t nKey = 0; nKey < KEYS; ++nKey) {
+            pitches[nKey] = CENTS_PER_KEY * static_cast<double>(nKey) + MIDDLE_OF_CENT;
+        }
+        return pSynth && fluid_synth_sfload(pSynth.get(), strSoundFont.c_str(), 1) != FLUID_FAILED &&
+               fluid_synth_activate_key_tuning(pSynth.get(), TUNING_BANK, TUNING_PROGRAM, "", pitches.data(),
+                                               0) == FLUID_OK;
+    }
+    // The cents, counted from key 0, at which the key's next note sounds before any bend.
+    void Tune(int nChannel, int nKey, double fCents) const {
+        fluid_synth_tune_notes(pSynth.get(), TUNING_BANK, TUNING_PROGRAM, 1, &nKey, &fCents, 0);
+        fluid_synth_activate_tuning(pSynth.get(), nChannel, TUNING_BANK, TUNING_PROGRAM, 0);
+    }
+};
+
+CToneSynthesizer::CToneSynthesizer() {
+    m_bends.fill(BEND_MIDDLE);
+}
+
+CToneSynthesizer::~CToneSynthesizer() = default;
+
+std::unique_ptr<CToneSynthesizer> CToneSynthesizer::Load(const std::string& strSoundFont) {
+    SilenceLog();
+    std::unique_ptr<CToneSynthesizer> pSynthesizer(new CToneSynthesizer);
+    for (std::size_t i = 0; i < OFFSETS; ++i) {
+        pSynthesizer->m_voices.push_back(std::make_unique<Voice>());
+        if (!pSynthesizer->m_voices.back()->Load(strSoundFont, static_cast<double>(i) * OFFSET_STEP)) {
+            return nullptr;
+        }
+        // The samples are there before the first note is asked for.
+        fluid_synth_program_change(pSynthesizer->m_voices.back()->pSynth.get(), 0, GUITAR);
+    }
+    pSynthesizer->MeasureDeviations();
+    return pSynthesizer;
+}
+
+void CToneSynthesizer::MeasureDeviations() {
+    const Voice& voice = *m_voices.front();
+    fluid_synth_t* const pSynth = voice.pSynth.get();
+    std::vector<float> left(static_cast<std::size_t>(MEASURED_SECONDS * SYNTHESIZER_RATE));
+    std::vector<float> right(left.size());
+    const auto nAttack = static_cast<std::size_t>(ATTACK_SECONDS * SYNTHESIZER_RATE);
+    for (int nKey = FIRST_KEY; nKey <= LAST_KEY; ++nKey) {
+        fluid_synth_system_reset(pSynth);
+        fluid_synth_program_change(pSynth, 0, GUITAR);
+        voice.Tune(0, nKey, CENTS_PER_KEY * nKey + MIDDLE_OF_CENT);
+        fluid_synth_noteon(pSynth, 0, nKey, MEASURED_VELOCITY);
+        fluid_synth_write_float(pSynth, static_cast<int>(left.size()), left.data(), 0, 1, right.data(), 0, 1);
+        const double fFrequency =
+            EstimatePitch(std::span<const float>(left).subspan(nAttack), SYNTHESIZER_RATE, FrequencyOf(nKey));
+        if (fFrequency > 0.0) {
+            m_deviations[static_cast<std::size_t>(nKey)] = 1200.0 * std::log2(fFrequency / FrequencyOf(nKey));
+        }
+    }
+    Reset();
+}
+
+void CToneSynthesizer::ShortMsg(DWORD dwMessage) {
+    if (ShortMessageLength(dwMessage) == 0) {
+        return;
+    }
+    const auto bytes = BytesOf(dwMessage);
+    const auto nChannel = static_cast<std::size_t>(bytes[0] & 0x0F);
+    const int nFluidChannel = bytes[0] & 0x0F;
+    const int nFirst = bytes[1];
+    const int nSecond = bytes[2];
+    if (bytes[0] == 0xFF) {
+        Reset();
+        return;
+    }
+    switch (bytes[0] & 0xF0) {
+        case 0x80:
+            NoteOff(nChannel, nFirst);
+            return;
+        case 0x90:
+            if (nSecond == 0) {
+                NoteOff(nChannel, nFirst);
+            } else {
+                NoteOn(nChannel, nFirst, nSecond);
+            }
+            return;
+        case 0xC0:
+            m_programs[nChannel] = nFirst;
+            break;
+        case 0xE0:
+            m_bends[nChannel] = nSecond << 7 | nFirst;
+            break;
+        default:
+            break;
+    }
+    for (const auto& pVoice : m_voices) {
+        fluid_synth_t* const pSynth = pVoice->pSynth.get();
+        switch (bytes[0] & 0xF0) {
+            case 0xA0:
+                fluid_synth_key_pressure(pSynth, nFluidChannel, nFirst, nSecond);
+                break;
+            case 0xB0:
+                fluid_synth_cc(pSynth, nFluidChannel, nFirst, nSecond);
+                break;
+            case 0xC0:
+                fluid_synth_program_change(pSynth, nFluidChannel, nFirst);
+                break;
+            case 0xD0:
+                fluid_synth_channel_pressure(pSynth, nFluidChannel, nFirst);
+                break;
+            case 0xE0:
+                fluid_synth_pitch_bend(pSynth, nFluidChannel, nSecond << 7 | nFirst);
+                break;
+            default:
+                break;
+        }
+    }
+}
+
+double CToneSynthesizer::DeviationOf(std::size_t nChannel, int nKey) const {
+    return m_programs[nChannel] == GUITAR ? m_deviations[static_cast<std::size_t>(nKey)] : 0.0;
+}
+
+void CToneSynthesizer::NoteOn(std::size_t nChannel, int nKey, int nVelocity) {
+    NoteOff(nChannel, nKey);
+    const double fTurn =
+        static_cast<double>(m_bends[nChannel] - BEND_MIDDLE) / static_cast<double>(BEND_MIDDLE);
+    const double fWanted = CENTS_PER_KEY * nKey + CENTS_OF_FULL_BEND * fTurn - DeviationOf(nChannel, nKey);
+    const double fSteps = std::round(fWanted / OFFSET_STEP);
+    const double fWhole = std::floor(fSteps * OFFSET_STEP);
+    const auto nVoice = static_cast<std::size_t>(fSteps - fWhole / OFFSET_STEP);
+    const Voice& voice = *m_voices[nVoice];
+    m_playedBy[nChannel][static_cast<std::size_t>(nKey)] = static_cast<BYTE>(nVoice);
+    voice.Tune(static_cast<int>(nChannel), nKey, fWhole + MIDDLE_OF_CENT - CENTS_OF_ITS_FULL_BEND * fTurn);
+    fluid_synth_noteon(voice.pSynth.get(), static_cast<int>(nChannel), nKey, nVelocity);
+}
+
+void CToneSynthesizer::NoteOff(std::size_t nChannel, int nKey) {
+    const Voice& voice = *m_voices[m_playedBy[nChannel][static_cast<std::size_t>(nKey)]];
+    fluid_synth_noteoff(voice.pSynth.get(), static_cast<int>(nChannel), nKey);
+}
+
+void CToneSynthesizer::Reset() {
+    m_bends.fill(BEND_MIDDLE);
+    m_programs.fill(0);
+    for (const auto& pVoice : m_voices) {
+        fluid_synth_system_reset(pVoice->pSynth.get());
+    }
+}
+
+void CToneSynthesizer::Render(std::span<float> stereo) {
+    std::fill(stereo.begin(), stereo.end(), 0.0F);
+    m_mix.resize(stereo.size());
+    for (const auto& pVoice : m_voices) {
+        fluid_synth_write_float(pVoice->pSynth.get(), static_cast<int>(stereo.size() / 2), m_mix.data(), 0, 2,
+                                m_mix.data(), 1, 2);
+        for (std::size_t i = 0; i < stereo.size(); ++i) {
+            stereo[i] += m_mix[i];
+        }
+    }
+    m_bSilent = std::all_of(stereo.begin(), stereo.end(), [](float f) { return std::fabs(f) < INAUDIBLE; });
+}

@@ -1,0 +1,204 @@
+#include "platform/base/Archive.h"
+#include "platform/base/Exceptions.h"
+#include "tones/MidiBytes.h"
+#include "tones/MidiSong.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <vector>
+
+namespace {
+
+using Bytes = std::vector<BYTE>;
+
+Bytes Concat(std::initializer_list<Bytes> parts) {
+    Bytes all;
+    for (const Bytes& part : parts) {
+        all.insert(all.end(), part.begin(), part.end());
+    }
+    return all;
+}
+
+const Bytes HEADER = {'M', 'T', 'h', 'd', 0, 0, 0, 6, 0, 1, 0, 2, 0, 120};
+
+Bytes Track(const Bytes& body, int nLength = -1) {
+    const auto n = static_cast<BYTE>(nLength < 0 ? static_cast<int>(body.size()) : nLength);
+    return Concat({{'M', 'T', 'r', 'k', 0, 0, 0, n}, body});
+}
+
+bool Load(CMidiSong& song, Bytes bytes, std::size_t nBuffer = 4096) {
+    CMemFile file{std::span<BYTE>(bytes)};
+    CArchive archive(file, CArchive::Mode::Load, nBuffer);
+    return song.Serialize(archive);
+}
+
+Bytes Store(CMidiSong& song) {
+    CMemFile file;
+    CArchive archive(file, CArchive::Mode::Store);
+    EXPECT_TRUE(song.Serialize(archive));
+    return {file.GetBytes().begin(), file.GetBytes().end()};
+}
+
+CMidiTrackChunk* FirstTrack(CMidiSong& song) {
+    song.GetTracks().ResetIteration();
+    return song.GetTracks().NextTrack();
+}
+
+CString DumpOf(CMidiSong& song) {
+    CMemFile file;
+    song.GetTracks().ResetIteration();
+    while (const auto* pTrack = song.GetTracks().NextTrack()) {
+        for (const auto* p = pTrack->GetFirstEvent(); p != nullptr; p = p->GetNext()) {
+            p->Dump(file);
+        }
+    }
+    return {file.GetBytes().begin(), file.GetBytes().end()};
+}
+
+const Bytes RUNNING = {0x00, 0x90, 0x28, 0x7F, 0x50, 0x28, 0x00};
+
+TEST(MidiSong, RunningStatusMakesANoteOnWithoutAByteOfItsOwn) {
+    for (const std::size_t nBuffer : {1U, 2U, 3U, 4096U}) {
+        CMidiSong song;
+        ASSERT_TRUE(Load(song, Concat({HEADER, Track(RUNNING)}), nBuffer)) << nBuffer;
+        EXPECT_EQ(song.GetDivision(), 120);
+        const auto* pTrack = FirstTrack(song);
+        EXPECT_EQ(pTrack->GetOutputSize(), 7U);
+        EXPECT_EQ(song.GetTracks().NextTrack(), nullptr);
+        EXPECT_EQ(song.GetTracks().NextTrack(), nullptr);
+        const auto* pSecond = pTrack->GetFirstEvent()->GetNext();
+        CMidiMessage message;
+        pSecond->GetMessage(message);
+        EXPECT_EQ(message.m_nKind, MIDI_KIND_CHANNEL);
+        EXPECT_EQ(message.m_nDelta, 80U);
+        EXPECT_EQ(message.m_nStatus, 0x90);
+        EXPECT_EQ(message.m_nData1, 0x28);
+        EXPECT_EQ(message.m_nData2, 0);
+        EXPECT_EQ(pSecond->GetNext(), nullptr);
+    }
+}
+
+TEST(MidiSong, WhatIsWrittenBackLeavesSuperfluousStatusBytesOut) {
+    CMidiSong song;
+    const Bytes twice = {0x00, 0x90, 0x28, 0x7F, 0x50, 0x90, 0x28, 0x00, 0x00, 0xFF, 0x2F, 0x00};
+    const Bytes once = {0x00, 0x90, 0x28, 0x7F, 0x50, 0x28, 0x00, 0x00, 0xFF, 0x2F, 0x00};
+    ASSERT_TRUE(Load(song, Concat({HEADER, Track(twice)})));
+    EXPECT_EQ(Store(song), Concat({HEADER, Track(once)}));
+}
+
+TEST(MidiSong, DumpNamesEventsAndTellsTheirValues) {
+    CMidiSong song;
+    ASSERT_TRUE(Load(song, Concat({HEADER, Track({0, 0xFF, 0x58, 4,    6,    3,    0x18, 8,  //
+                                                  0, 0xFF, 0x51, 3,    0x12, 0x4F, 0x80,     //
+                                                  0, 0xFF, 0x03, 2,    'A',  'b',            //
+                                                  0, 0xFF, 0x60, 0,                          //
+                                                  0, 0xF0, 1,    0xF7, 0,    0xC0, 0x18,     //
+                                                  0, 0xE0, 4,    64})})));
+    EXPECT_EQ(DumpOf(song),
+              "Meta 58 Time signature   6:8  24 8\n"
+              "Meta 51 Set tempo        1200000\n"
+              "Meta 03 Track name       Ab\n"
+              "Meta 60 Unknown          \n"
+              "Sysex\n"
+              "Midi C0 Program change   18\n"
+              "Midi E0 Pitch bend       04 40\n");
+}
+
+TEST(MidiSong, KindsAndValuesOfMetaEvents) {
+    CMidiSong song;
+    ASSERT_TRUE(Load(song, Concat({HEADER, Track({0, 0xFF, 0x51, 3,    1, 2, 3, 0,    0xFF, 0x59, 2, 2,
+                                                  1, 0,    0xFF, 0x58, 1, 4, 0, 0xFF, 0x51, 2,    1, 2})})));
+    const auto* pEvent = FirstTrack(song)->GetFirstEvent();
+    EXPECT_EQ(pEvent->GetKind(), 2);
+    EXPECT_EQ(pEvent->GetValue(), 0x010203U);
+    pEvent = pEvent->GetNext();
+    EXPECT_EQ(pEvent->GetKind(), 4);
+    EXPECT_EQ(pEvent->GetValue(), 0x201U);
+    pEvent = pEvent->GetNext();
+    EXPECT_EQ(pEvent->GetKind(), 3);
+    EXPECT_EQ(pEvent->GetValue(), 0U) << "a time signature without its bytes";
+    EXPECT_EQ(pEvent->GetNext()->GetValue(), 0U) << "a tempo without its last byte";
+}
+
+TEST(MidiSong, ALongerHeaderIsSkippedAndAnUnknownChunkEndsTheTracks) {
+    CMidiSong song;
+    const Bytes longer = {'M', 'T', 'h', 'd', 0, 0, 0, 8, 0, 1, 0, 2, 0, 120, 9, 9};
+    EXPECT_TRUE(Load(song, Concat({longer, Track(RUNNING), Track(RUNNING)})));
+    EXPECT_EQ(song.GetTracks().GetCount(), 2);
+    EXPECT_FALSE(
+        Load(song, Concat({HEADER, Track(RUNNING), {'X', 'Y', 'Z', '!', 0, 0, 0, 0}, Track(RUNNING)})));
+    EXPECT_EQ(song.GetTracks().GetCount(), 1);
+}
+
+TEST(MidiSong, AQuantityHasThreeBytesAtMost) {
+    CMidiSong song;
+    // The fourth byte becomes the status: a program change.
+    ASSERT_TRUE(Load(song, Concat({HEADER, Track({0x81, 0x80, 0x80, 0xC1, 0x05})})));
+    const auto* pEvent = FirstTrack(song)->GetFirstEvent();
+    EXPECT_EQ(pEvent->GetDelta(), 1U << 14);
+    EXPECT_EQ(pEvent->GetStatus(), 0xC1);
+    // 65535 is a failure also where it was read.
+    EXPECT_FALSE(Load(song, Concat({HEADER, Track({0x83, 0xFF, 0x7F, 0xC1, 0x05})})));
+    EXPECT_EQ(song.GetTracks().GetCount(), 0);
+}
+
+TEST(MidiSong, ALengthThatEndsInsideTheLastEventStillGivesIt) {
+    CMidiSong song;
+    ASSERT_TRUE(Load(song, Concat({HEADER, Track(RUNNING, 5), Track(RUNNING)})));
+    EXPECT_EQ(song.GetTracks().GetCount(), 2);
+    EXPECT_NE(FirstTrack(song)->GetFirstEvent()->GetNext(), nullptr);
+}
+
+TEST(MidiSong, EveryTruncationIsRefusedAndKeepsWhatItRead) {
+    const Bytes whole =
+        Concat({HEADER, Track({0, 0xFF, 0x51, 3, 1, 2, 3, 0, 0xF0, 2, 1, 2, 0, 0x90, 40, 127, 80, 40, 0})});
+    CMidiSong song;
+    ASSERT_TRUE(Load(song, whole));
+    for (std::size_t n = 0; n < whole.size(); ++n) {
+        if (n == HEADER.size()) {
+            continue;  // a song without tracks is one
+        }
+        EXPECT_FALSE(Load(song, Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(n)))) << n;
+    }
+    EXPECT_FALSE(Load(song, Concat({HEADER, Track({0, 0x28, 0x7F})}))) << "no status to run on";
+    EXPECT_FALSE(Load(song, Concat({HEADER, Track({0, 0xFF, 1, 0xFF, 0xFF, 0x7E, 'x'})}))) << "2 MiB of text";
+    EXPECT_FALSE(Load(song, {'M', 'T', 'h', 'd', 0xFF, 0xFF, 0xFF, 0xFF, 0, 1, 0, 2, 0, 120}));
+}
+
+TEST(MidiSong, QuantitiesAreWrittenInAsFewBytesAsTheyNeed) {
+    const auto written = [](DWORD nValue) {
+        CMemFile file;
+        CArchive archive(file, CArchive::Mode::Store);
+        WriteVarLen(archive, nValue);
+        return Bytes(file.GetBytes().begin(), file.GetBytes().end());
+    };
+    EXPECT_EQ(written(0), Bytes({0}));
+    EXPECT_EQ(written(0x7F), Bytes({0x7F}));
+    EXPECT_EQ(written(0x80), Bytes({0x81, 0}));
+    EXPECT_EQ(written(840), Bytes({0x86, 0x48}));
+    EXPECT_EQ(written(0x0FFFFFFF), Bytes({0xFF, 0xFF, 0xFF, 0x7F}));
+}
+
+class CFailingFile final : public CFile {
+public:
+    std::size_t Read(void* /*pBuffer*/, std::size_t /*nCount*/) override { throw CFileException(); }
+    void Write(const void* /*pBuffer*/, std::size_t /*nCount*/) override { throw CFileException(); }
+};
+
+TEST(MidiSong, AFailingFileIsAFalseResult) {
+    CFailingFile file;
+    CMidiSong song;
+    CArchive loading(file, CArchive::Mode::Load);
+    EXPECT_FALSE(song.Serialize(loading));
+    ASSERT_TRUE(Load(song, Concat({HEADER, Track(RUNNING)})));
+    CArchive storing(file, CArchive::Mode::Store);
+    EXPECT_FALSE(song.Serialize(storing));
+    // A file of a bounded size that is too small.
+    Bytes room(28);
+    CMemFile small{std::span<BYTE>(room)};
+    CArchive archive(small, CArchive::Mode::Store);
+    EXPECT_FALSE(song.Serialize(archive));
+}
+
+}  // namespace
