@@ -1,7 +1,6 @@
-// Where the analysis takes memory, and what it does when there is none. This program replaces the global
-// allocation functions to count and to refuse.
+// What the analysis does when there is no memory. This program replaces the global allocation functions to
+// count and to refuse.
 
-#include "analysis/NoteTracker.h"
 #include "analysis/SpectrumAnalyzer.h"
 #include "platform/signal/RealFft.h"
 #include "support/SyntheticString.h"
@@ -99,24 +98,6 @@ TEST(AnalysisMemory, AReferenceWithoutMemoryKeepsTheOldOne) {
     }
     EXPECT_TRUE(analyzer.SetReference(450.0F));
     EXPECT_EQ(analyzer.MakeReading(450.0F, 1.0F).cents, 0.0F);
-}
-
-TEST(AnalysisMemory, ABlockAndAFrameTakeNone) {
-    CSpectrumAnalyzer analyzer;
-    CNoteTracker tracker;
-    ASSERT_TRUE(analyzer.Setup(1024, 11025, 20, 7, 24, 50.0F));
-    for (const bool bNoise : {false, true}) {
-        const std::vector<float> sound =
-            bNoise ? MakeNoise(1024, 8000.0, 3) : SyntheticString{.dNoise = 20.0}.MakeFloats(1024);
-        for (const bool bTimeGate : {false, true}) {
-            std::copy(sound.begin(), sound.end(), analyzer.GetInputBuffer());
-            const long nBefore = g_nAllocations;
-            const float fLevel = analyzer.ComputeLevel();
-            analyzer.Analyze(bTimeGate, 128);
-            tracker.Update(analyzer.GetCandidates()[9], 128.0F, 11025, fLevel);
-            EXPECT_EQ(g_nAllocations, nBefore);
-        }
-    }
 }
 
 }  // namespace

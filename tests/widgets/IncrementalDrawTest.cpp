@@ -3,7 +3,6 @@
 
 #include "platform/drawing/GraphicsSession.h"
 #include "platform/windows/ClientDc.h"
-#include "widgets/AllocationCount.h"
 #include "widgets/PictureDirectory.h"
 #include "widgets/TestArtwork.h"
 #include "widgets/WidgetSet.h"
@@ -156,29 +155,6 @@ TEST_F(IncrementalDraw, RandomRunsWithTestArtwork) {
 TEST_F(IncrementalDraw, RandomRunsWithTheProgramsArtwork) {
     const CDataDirectory directory;
     ExpectRandomRunsToBeWhole();
-}
-
-TEST_F(IncrementalDraw, TakesNothingFromTheHeap) {
-    const CDataDirectory directory;
-    CLiveDisplay display;
-    const int nBefore = CountAllocations();
-    ASSERT_GT(nBefore, 0);
-    {
-        const std::lock_guard lock(display.m_wndLive.GetPictureLock());
-        CClientDC dc(&display.m_wndLive);
-        for (int i = 0; i < 500; ++i) {
-            display.m_state.fLevel = static_cast<float>(i % 100) / 100.0F;
-            display.m_state.fHz = static_cast<float>(i);
-            display.m_state.nCents = i % 103 - 51;
-            display.m_state.nSemitone = i % SEMITONES;
-            display.m_live.SetReading(display.m_state);
-            display.m_live.m_dial.SetColor(static_cast<COLORREF>(i));
-            display.m_live.m_meter.Draw(&dc, false);
-            display.m_live.m_coarse.Draw(&dc, false);
-            display.m_live.m_dial.Draw(&dc, false, i % 2 == 0);
-        }
-    }
-    EXPECT_EQ(CountAllocations(), nBefore);
 }
 
 // The whole display in three states; the pictures stay in the directory of the build, for a look.
