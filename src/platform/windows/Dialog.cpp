@@ -2,13 +2,13 @@
 
 #include "platform/drawing/Font.h"
 #include "platform/windows/Button.h"
+#include "platform/windows/DialogUnits.h"
 #include "platform/windows/Edit.h"
 #include "platform/windows/Static.h"
 #include "platform/windows/WinApp.h"
 #include "platform/windows/WndState.h"
 
 #include <QtCore/QEventLoop>
-#include <QtGui/QFontMetrics>
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QDialog>
@@ -18,8 +18,6 @@
 namespace {
 
 constexpr int g_nTenths = 10;
-constexpr int g_nHorizontalUnits = 4;
-constexpr int g_nVerticalUnits = 8;
 
 // The toolkit's dialog knows Enter and the default button; its Escape becomes ours.
 class CDialogWidget final : public QDialog {
@@ -40,31 +38,6 @@ public:
 
 private:
     const std::shared_ptr<CWndLink> m_pLink;
-};
-
-// Dialog units of a font, in pixels: average character width by height.
-class CDialogUnits {
-public:
-    explicit CDialogUnits(const QFont& font) {
-        const QFontMetrics metrics(font);
-        const QString alphabet = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
-        const int nHalf = static_cast<int>(alphabet.size()) / 2;
-        m_nWidth = (metrics.horizontalAdvance(alphabet) / nHalf + 1) / 2;
-        m_nHeight = metrics.ascent() + metrics.descent();
-    }
-    int X(int nUnits) const { return Scale(nUnits, m_nWidth, g_nHorizontalUnits); }
-    int Y(int nUnits) const { return Scale(nUnits, m_nHeight, g_nVerticalUnits); }
-    RECT Rect(const DialogControl& control) const {
-        return {X(control.x), Y(control.y), X(control.x + control.cx), Y(control.y + control.cy)};
-    }
-
-private:
-    static int Scale(int nUnits, int nBase, int nDivisor) {
-        return (nUnits * nBase + nDivisor / 2) / nDivisor;
-    }
-
-    int m_nWidth = 0;
-    int m_nHeight = 0;
 };
 
 std::unique_ptr<CWnd> MakeControl(const DialogControl& control, const RECT& rc, CWnd& dialog) {
@@ -175,7 +148,8 @@ bool CDialog::CreateControls() {
     CWndState::Of(*this).SetClientSize(nWidth, nHeight);
     widget.setFixedSize(nWidth, nHeight);
     for (const DialogControl& control : m_template.controls) {
-        std::unique_ptr<CWnd> pControl = MakeControl(control, units.Rect(control), *this);
+        std::unique_ptr<CWnd> pControl =
+            MakeControl(control, units.Rect(control.x, control.y, control.cx, control.cy), *this);
         if (!pControl) {
             return false;
         }
