@@ -58,7 +58,7 @@ bool SavePng(const Picture& picture, const std::filesystem::path& file) {
     return image.save(QString::fromStdString(file.string()), "PNG");
 }
 
-bool CVirtualScreen::Start(int nWidth, int nHeight) {
+bool CVirtualScreen::Start(int nWidth, int nHeight, int nDotsPerInch) {
     std::array<int, 2> pipeEnds{};
     if (pipe2(pipeEnds.data(), O_CLOEXEC) != 0) {
         return false;
@@ -78,7 +78,13 @@ bool CVirtualScreen::Start(int nWidth, int nHeight) {
     }
     close(pipeEnds[0]);
     m_strDisplay = ":" + number;
-    return !number.empty();
+    if (number.empty() || nDotsPerInch == 96) {
+        return !number.empty();
+    }
+    return RunCommand({"xprop", "-root", "-f", "RESOURCE_MANAGER", "8s", "-set", "RESOURCE_MANAGER",
+                       "Xft.dpi:\t" + std::to_string(nDotsPerInch) + "\n"},
+                      {{"DISPLAY", m_strDisplay}})
+        .has_value();
 }
 
 std::optional<Picture> CVirtualScreen::Grab() const {

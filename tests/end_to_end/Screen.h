@@ -27,7 +27,8 @@ bool SavePng(const Picture& picture, const std::filesystem::path& file);
 // that without a window manager the screen is the window.
 class CVirtualScreen {
 public:
-    bool Start(int nWidth = 500, int nHeight = 396);
+    // With the density told the way desktops tell it.
+    bool Start(int nWidth = 500, int nHeight = 396, int nDotsPerInch = 96);
     // What DISPLAY has to be for a program that is to appear here.
     const std::string& GetDisplay() const { return m_strDisplay; }
     std::optional<Picture> Grab() const;

@@ -73,7 +73,7 @@ std::optional<std::string> CSoundServer::Control(std::vector<std::string> argume
     return RunCommand(arguments, m_environment, 5s);
 }
 
-bool CStage::Start(const CSoundServer* pSound) {
+bool CStage::Start(const CSoundServer* pSound, int nDotsPerInch) {
     for (const auto& entry : fs::directory_iterator(g_source / "data")) {
         if (entry.path().extension() == ".bmp" || entry.path().extension() == ".txt" ||
             entry.path().extension() == ".htm") {
@@ -81,7 +81,9 @@ bool CStage::Start(const CSoundServer* pSound) {
             fs::copy_file(entry.path(), m_directory.GetPath() / entry.path().filename(), ignored);
         }
     }
-    return m_reader.Load(g_source / "data") && m_screen.Start() && StartProgram(pSound);
+    const int nFactor = (nDotsPerInch + 48) / 96;
+    return m_reader.Load(g_source / "data") && m_screen.Start(500 * nFactor, 396 * nFactor, nDotsPerInch) &&
+           StartProgram(pSound);
 }
 
 bool CStage::StartProgram(const CSoundServer* pSound) {

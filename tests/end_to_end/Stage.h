@@ -44,7 +44,8 @@ private:
 class CStage {
 public:
     // Starts screen and program; the sound server is the caller's, null for none at all.
-    bool Start(const CSoundServer* pSound);
+    // The screen is as large as the window, so that it shows nothing else.
+    bool Start(const CSoundServer* pSound, int nDotsPerInch = 96);
     // Starts the program again, on the same screen and in the same directory.
     bool StartProgram(const CSoundServer* pSound);
 

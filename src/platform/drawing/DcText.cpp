@@ -27,6 +27,9 @@ QFont ToQtFont(const CFont& font) {
     result.setPixelSize(font.GetPixelSize());
     // Grey edges only: coloured ones would look wrong on any ground but the one they were made for.
     result.setStyleStrategy(QFont::NoSubpixelAntialias);
+    // The same letters on screens of every density; without a word the toolkit hints only where it does not
+    // scale.
+    result.setHintingPreference(QFont::PreferFullHinting);
     return result;
 }
 
