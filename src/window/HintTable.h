@@ -56,3 +56,13 @@ inline constexpr std::array<RECT, 6> STRING_AREAS = {{{35, 34, 55, 102},
                                                       {110, 34, 130, 102},
                                                       {135, 34, 155, 102},
                                                       {160, 34, 180, 102}}};
+
+// The string whose area holds the point, from 0; -1 if none does.
+constexpr int FindString(POINT pt) {
+    for (std::size_t i = 0; i < STRING_AREAS.size(); ++i) {
+        if (PtInRect(STRING_AREAS[i], pt)) {
+            return static_cast<int>(i);
+        }
+    }
+    return -1;
+}

@@ -32,9 +32,13 @@ CTunerWnd::~CTunerWnd() {
 const CMessageMap& CTunerWnd::GetMessageMap() const {
     static constexpr std::array entries{MapMessage<&CTunerWnd::OnCreate>(WM_CREATE),
                                         MapMessage<&CTunerWnd::OnDestroy>(WM_DESTROY),
+                                        MapCommand<&CTunerWnd::OnPlay>(ID_PLAY),
                                         MapCommand<&CTunerWnd::OnAddTuning>(ID_ADD),
                                         MapCommand<&CTunerWnd::OnDeleteTuning>(ID_DELETE),
                                         MapCommand<&CTunerWnd::OnExit>(ID_EXIT),
+                                        MapMessage<&CTunerWnd::OnLButtonDown>(WM_LBUTTONDOWN),
+                                        MapMessage<&CTunerWnd::OnLButtonUp>(WM_LBUTTONUP),
+                                        MapMessage<&CTunerWnd::OnMouseMove>(WM_MOUSEMOVE),
                                         MapMessage<&CTunerWnd::OnPaint>(WM_PAINT),
                                         MapMessage<&CTunerWnd::OnClose>(WM_CLOSE),
                                         MapNotification<&CTunerWnd::OnSelChange>(LBN_SELCHANGE, ID_TUNINGS),

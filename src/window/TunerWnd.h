@@ -20,6 +20,7 @@
 #include "window/NeedleFade.h"
 
 #include <atomic>
+#include <cstddef>
 
 struct CaptureAttempt;
 struct ControlPlace;
@@ -95,6 +96,17 @@ private:
     void SyncListToCurrent();
     void ShowTuning();
 
+    // Tones
+    void OnPlay();
+    void PlayString(std::size_t nString);
+
+    // Mouse
+    void OnMouseMove(UINT nFlags, POINT pt);
+    void OnLButtonDown(UINT nFlags, POINT pt);
+    void OnLButtonUp(UINT nFlags, POINT pt);
+    // Shows the text of the hint table's row that holds the point, when the mouse has come into it.
+    void UpdateHint(POINT pt);
+
     // Going down
     void OnClose();
     void OnExit();
@@ -127,7 +139,10 @@ private:
     CTonePlayer m_tonePlayer;
     CErrorLog m_errorLog;
     CString m_strAButton;
+    int m_nHint = -1;  // the row of the hint table under the mouse, -1 for none
     int m_nPresetCount = 0;
+    int m_nLeftArea = -1;       // the row of the hint table where the left button went down
+    int m_nPressedString = -1;  // the string where it did
     std::atomic<bool> m_bClosing = false;
     COLORREF m_clrFace = CLR_INVALID;  // the face colour that the logo was last blended for
 
