@@ -73,6 +73,7 @@ private:
     // Capture
     void StartCapture();
     bool TryCapture(const CaptureAttempt& attempt);
+    void OnMove();
 
     // The frame
     void ShowReading();
@@ -100,10 +101,20 @@ private:
     void OnPlay();
     void PlayString(std::size_t nString);
 
+    // Keys
+    void OnChar(UINT nChar);
+    void MoveFocus();
+
+    // Help
+    void OnHelp();
+    static void OpenWebPage();
+
     // Mouse
     void OnMouseMove(UINT nFlags, POINT pt);
     void OnLButtonDown(UINT nFlags, POINT pt);
     void OnLButtonUp(UINT nFlags, POINT pt);
+    void OnRButtonDown(UINT nFlags, POINT pt);
+    void OnRButtonUp(UINT nFlags, POINT pt);
     // Shows the text of the hint table's row that holds the point, when the mouse has come into it.
     void UpdateHint(POINT pt);
 
@@ -141,8 +152,11 @@ private:
     CString m_strAButton;
     int m_nHint = -1;  // the row of the hint table under the mouse, -1 for none
     int m_nPresetCount = 0;
-    int m_nLeftArea = -1;       // the row of the hint table where the left button went down
-    int m_nPressedString = -1;  // the string where it did
+    // The rows of the hint table where the mouse buttons went down, -1 for none of interest.
+    int m_nLeftArea = -1;
+    int m_nRightArea = -1;
+    int m_nPressedString = -1;  // the string where the left button did
+    int m_nTabCount = 0;        // how often Tab came up on the options button
     std::atomic<bool> m_bClosing = false;
     COLORREF m_clrFace = CLR_INVALID;  // the face colour that the logo was last blended for
 

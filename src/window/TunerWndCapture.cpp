@@ -58,3 +58,9 @@ bool CTunerWnd::TryCapture(const CaptureAttempt& attempt) {
     }
     return true;
 }
+
+// A minimised window moves, and so does a restored one: nothing is analysed for a display that nobody sees.
+void CTunerWnd::OnMove() {
+    Default();
+    m_engine.GetCapture().SetPaused(IsIconic());
+}

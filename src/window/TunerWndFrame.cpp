@@ -100,6 +100,10 @@ void CTunerWnd::CountFrame() {
     if (IsFrameRateDue(m_dwFpsStart, dwNow)) {
         // Off the message loop's thread the text is only noted: nobody waits for it.
         m_stcFps.SetWindowText(FormatFrameRate(m_nFrames, dwNow - m_dwFpsStart));
+        if (!m_bShowFps) {
+            // Switched off since the look at it: this text came behind the one that cleared it.
+            m_stcFps.SetWindowText("");
+        }
         m_dwFpsStart = dwNow;
         m_nFrames = 0;
     }

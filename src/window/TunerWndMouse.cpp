@@ -56,6 +56,7 @@ void CTunerWnd::OnLButtonDown(UINT /*nFlags*/, POINT pt) {
 void CTunerWnd::OnLButtonUp(UINT /*nFlags*/, POINT pt) {
     Default();
     if (IsIn(HINT_LOGO, pt) && m_nLeftArea == AREA_LOGO) {
+        OpenWebPage();
         m_nLeftArea = NOTHING;
         return;
     }
@@ -69,4 +70,17 @@ void CTunerWnd::OnLButtonUp(UINT /*nFlags*/, POINT pt) {
         m_nPressedString = NO_STRING;
     }
     m_nLeftArea = NOTHING;
+}
+
+void CTunerWnd::OnRButtonDown(UINT /*nFlags*/, POINT pt) {
+    Default();
+    m_nRightArea = IsIn(HINT_LOGO, pt) ? AREA_LOGO : NOTHING;
+}
+
+void CTunerWnd::OnRButtonUp(UINT /*nFlags*/, POINT pt) {
+    Default();
+    if (IsIn(HINT_LOGO, pt) && m_nRightArea == AREA_LOGO) {
+        OpenWebPage();
+    }
+    m_nRightArea = NOTHING;
 }
