@@ -12,7 +12,7 @@ target_compile_options(fretvane_flags INTERFACE -ffp-contract=off -fno-fast-math
 if(FRETVANE_SANITIZE)
     # Instrumented code of the standard library looks uninitialised to the compiler, in places that are not ours.
     target_compile_options(fretvane_flags INTERFACE -fsanitize=${FRETVANE_SANITIZE} -fno-omit-frame-pointer -g
-        -fno-sanitize-recover=all -Wno-maybe-uninitialized)
+        -fno-sanitize-recover=all $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     target_link_options(fretvane_flags INTERFACE -fsanitize=${FRETVANE_SANITIZE})
 endif()
 
