@@ -18,6 +18,11 @@ inline constexpr int ID_PRESETS = 10009;
 inline constexpr int ID_STRINGS = 10010;
 inline constexpr int ID_NONE = -1;
 
+// The commands of the notes: a run of twelve for each octave index of a tuning.
+inline constexpr int ID_FIRST_NOTE = 10100;
+inline constexpr int ID_LAST_NOTE = 10311;
+inline constexpr int ID_NOTE_OCTAVE = 100;  // from one run to the next
+
 inline constexpr DWORD STYLE_STATIC = WS_CHILD | WS_VISIBLE;
 inline constexpr DWORD STYLE_BUTTON = WS_CHILD | WS_VISIBLE | WS_TABSTOP;
 inline constexpr DWORD STYLE_GROUP = WS_CHILD | WS_VISIBLE | BS_GROUPBOX;

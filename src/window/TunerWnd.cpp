@@ -30,24 +30,27 @@ CTunerWnd::~CTunerWnd() {
 }
 
 const CMessageMap& CTunerWnd::GetMessageMap() const {
-    static constexpr std::array entries{MapMessage<&CTunerWnd::OnCreate>(WM_CREATE),
-                                        MapMessage<&CTunerWnd::OnDestroy>(WM_DESTROY),
-                                        MapCommand<&CTunerWnd::OnPlay>(ID_PLAY),
-                                        MapCommand<&CTunerWnd::OnAddTuning>(ID_ADD),
-                                        MapCommand<&CTunerWnd::OnDeleteTuning>(ID_DELETE),
-                                        MapCommand<&CTunerWnd::OnHelp>(ID_HELP),
-                                        MapCommand<&CTunerWnd::OnExit>(ID_EXIT),
-                                        MapMessage<&CTunerWnd::OnLButtonDown>(WM_LBUTTONDOWN),
-                                        MapMessage<&CTunerWnd::OnLButtonUp>(WM_LBUTTONUP),
-                                        MapMessage<&CTunerWnd::OnRButtonDown>(WM_RBUTTONDOWN),
-                                        MapMessage<&CTunerWnd::OnRButtonUp>(WM_RBUTTONUP),
-                                        MapMessage<&CTunerWnd::OnMouseMove>(WM_MOUSEMOVE),
-                                        MapMessage<&CTunerWnd::OnChar>(WM_CHAR),
-                                        MapMessage<&CTunerWnd::OnPaint>(WM_PAINT),
-                                        MapMessage<&CTunerWnd::OnClose>(WM_CLOSE),
-                                        MapNotification<&CTunerWnd::OnSelChange>(LBN_SELCHANGE, ID_TUNINGS),
-                                        MapMessage<&CTunerWnd::OnMove>(WM_MOVE),
-                                        MapMessage<&CTunerWnd::OnTimer>(WM_TIMER)};
+    static constexpr std::array entries{
+        MapMessage<&CTunerWnd::OnCreate>(WM_CREATE),
+        MapMessage<&CTunerWnd::OnDestroy>(WM_DESTROY),
+        MapCommand<&CTunerWnd::OnPlay>(ID_PLAY),
+        MapCommand<&CTunerWnd::OnAddTuning>(ID_ADD),
+        MapCommand<&CTunerWnd::OnDeleteTuning>(ID_DELETE),
+        MapCommand<&CTunerWnd::OnHelp>(ID_HELP),
+        MapCommand<&CTunerWnd::OnExit>(ID_EXIT),
+        MapMessage<&CTunerWnd::OnLButtonDown>(WM_LBUTTONDOWN),
+        MapMessage<&CTunerWnd::OnLButtonUp>(WM_LBUTTONUP),
+        MapMessage<&CTunerWnd::OnRButtonDown>(WM_RBUTTONDOWN),
+        MapMessage<&CTunerWnd::OnRButtonUp>(WM_RBUTTONUP),
+        MapMessage<&CTunerWnd::OnMouseMove>(WM_MOUSEMOVE),
+        MapMessage<&CTunerWnd::OnChar>(WM_CHAR),
+        MapMessage<&CTunerWnd::OnPaint>(WM_PAINT),
+        MapMessage<&CTunerWnd::OnClose>(WM_CLOSE),
+        MapNotification<&CTunerWnd::OnSelChange>(LBN_SELCHANGE, ID_TUNINGS),
+        MapMessage<&CTunerWnd::OnContextMenu>(WM_CONTEXTMENU),
+        MapCommandRange<&CTunerWnd::OnNoteCommand>(ID_FIRST_NOTE, ID_LAST_NOTE),
+        MapMessage<&CTunerWnd::OnMove>(WM_MOVE),
+        MapMessage<&CTunerWnd::OnTimer>(WM_TIMER)};
     static const CMessageMap map{entries, &CWnd::GetMessageMap()};
     return map;
 }

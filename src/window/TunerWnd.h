@@ -101,6 +101,10 @@ private:
     void OnPlay();
     void PlayString(std::size_t nString);
 
+    // The popup of notes for a string
+    void OnContextMenu(CWnd* pWnd, POINT ptScreen);
+    void OnNoteCommand(int nId);
+
     // Keys
     void OnChar(UINT nChar);
     void MoveFocus();
@@ -156,6 +160,7 @@ private:
     int m_nLeftArea = -1;
     int m_nRightArea = -1;
     int m_nPressedString = -1;  // the string where the left button did
+    int m_nMenuString = -1;     // the string that the popup of notes belongs to
     int m_nTabCount = 0;        // how often Tab came up on the options button
     std::atomic<bool> m_bClosing = false;
     COLORREF m_clrFace = CLR_INVALID;  // the face colour that the logo was last blended for
