@@ -70,3 +70,15 @@ std::u32string CharactersOf(const QKeyEvent& event) {
     }
     return event.text().toStdU32String();
 }
+
+bool BelongsToAlt(const QKeyEvent& event) {
+    static int nHeldKey = 0;
+    const bool bAlt = event.modifiers().testFlag(Qt::AltModifier);
+    if (event.type() == QEvent::KeyRelease) {
+        const bool bHeld = event.key() == nHeldKey;
+        nHeldKey = bHeld ? 0 : nHeldKey;
+        return bHeld || bAlt;
+    }
+    nHeldKey = bAlt ? event.key() : 0;
+    return bAlt;
+}

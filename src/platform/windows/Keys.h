@@ -10,3 +10,7 @@ UINT VirtualKeyOf(const QKeyEvent& event);
 // The characters that a key types, as WM_CHAR carries them; none for one that moves or switches something, or
 // that is held with Alt.
 std::u32string CharactersOf(const QKeyEvent& event);
+
+// Whether a key that goes down or comes up is one for mnemonics and menus, as are those that go down while Alt
+// is held. Such a key stays one until it comes up, even if Alt is let go of first: its WM_KEYUP is nobody's.
+bool BelongsToAlt(const QKeyEvent& event);
