@@ -44,6 +44,16 @@ std::optional<Picture> FromImage(const QImage& image) {
 
 }  // namespace
 
+Picture Crop(const Picture& picture, int x, int y, int nWidth, int nHeight) {
+    Picture part{nWidth, nHeight, {}};
+    for (int row = y; row < y + nHeight; ++row) {
+        for (int column = x; column < x + nWidth; ++column) {
+            part.pixels.push_back(picture.At(column, row));
+        }
+    }
+    return part;
+}
+
 std::optional<Picture> LoadPicture(const std::filesystem::path& file) {
     return FromImage(QImage(QString::fromStdString(file.string())));
 }

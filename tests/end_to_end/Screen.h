@@ -20,6 +20,8 @@ struct Picture {
     }
 };
 
+// A part of it, which must lie inside.
+Picture Crop(const Picture& picture, int x, int y, int nWidth, int nHeight);
 std::optional<Picture> LoadPicture(const std::filesystem::path& file);
 bool SavePng(const Picture& picture, const std::filesystem::path& file);
 

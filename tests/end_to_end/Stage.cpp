@@ -73,7 +73,7 @@ std::optional<std::string> CSoundServer::Control(std::vector<std::string> argume
     return RunCommand(arguments, m_environment, 5s);
 }
 
-bool CStage::Start(const CSoundServer* pSound, int nDotsPerInch) {
+bool CStage::FillDirectory() {
     for (const auto& entry : fs::directory_iterator(g_source / "data")) {
         if (entry.path().extension() == ".bmp" || entry.path().extension() == ".txt" ||
             entry.path().extension() == ".htm") {
@@ -81,8 +81,21 @@ bool CStage::Start(const CSoundServer* pSound, int nDotsPerInch) {
             fs::copy_file(entry.path(), m_directory.GetPath() / entry.path().filename(), ignored);
         }
     }
+    return m_reader.Load(g_source / "data");
+}
+
+bool CStage::Start(const CSoundServer* pSound, int nDotsPerInch) {
     const int nFactor = (nDotsPerInch + 48) / 96;
-    return m_reader.Load(g_source / "data") && m_screen.Start(500 * nFactor, 396 * nFactor, nDotsPerInch) &&
+    return FillDirectory() && m_screen.Start(500 * nFactor, 396 * nFactor, nDotsPerInch) &&
+           StartProgram(pSound);
+}
+
+bool CStage::StartOnDesktop(const CSoundServer* pSound) {
+    return FillDirectory() && m_screen.Start(800, 640) &&
+           m_windowManager.Start(
+               {"openbox", "--sm-disable"},
+               {{"DISPLAY", m_screen.GetDisplay()}, {"HOME", m_directory.GetPath().string()}},
+               m_directory.GetPath(), m_directory.GetPath() / "desktop.log") &&
            StartProgram(pSound);
 }
 

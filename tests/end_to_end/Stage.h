@@ -46,9 +46,12 @@ public:
     // Starts screen and program; the sound server is the caller's, null for none at all.
     // The screen is as large as the window, so that it shows nothing else.
     bool Start(const CSoundServer* pSound, int nDotsPerInch = 96);
+    // A larger screen with a window manager, so that dialogs have room and a minimised window comes back.
+    bool StartOnDesktop(const CSoundServer* pSound);
     // Starts the program again, on the same screen and in the same directory.
     bool StartProgram(const CSoundServer* pSound);
 
+    // The whole screen.
     std::optional<Picture> Grab() const { return m_screen.Grab(); }
     DisplayedReading Read() const;
     // Looks at the screen until what is read satisfies the condition; the last reading in any case.
@@ -67,8 +70,11 @@ public:
     std::string ReadFile(const std::string& strName) const;
 
 private:
+    bool FillDirectory();
+
     CTemporaryDirectory m_directory;
     CVirtualScreen m_screen;
+    CChildProcess m_windowManager;
     CDisplayReader m_reader;
     CChildProcess m_program;
 };
