@@ -1,23 +1,15 @@
 #include "platform/windows/Dialog.h"
 
-#include "platform/drawing/Font.h"
-#include "platform/windows/Button.h"
-#include "platform/windows/DialogUnits.h"
-#include "platform/windows/Edit.h"
-#include "platform/windows/Static.h"
+#include "platform/windows/DialogControls.h"
 #include "platform/windows/WinApp.h"
 #include "platform/windows/WndState.h"
 
 #include <QtCore/QEventLoop>
-#include <QtGui/QKeyEvent>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QDialog>
-#include <QtWidgets/QLineEdit>
 #include <array>
 
 namespace {
-
-constexpr int g_nTenths = 10;
 
 // The toolkit's dialog knows Enter and the default button; its Escape becomes ours.
 class CDialogWidget final : public QDialog {
@@ -40,34 +32,9 @@ private:
     const std::shared_ptr<CWndLink> m_pLink;
 };
 
-std::unique_ptr<CWnd> MakeControl(const DialogControl& control, const RECT& rc, CWnd& dialog) {
-    const DWORD dwStyle = control.dwStyle | WS_CHILD | WS_VISIBLE;
-    switch (control.nKind) {
-        case DialogControlKind::Static: {
-            auto pStatic = std::make_unique<CStatic>();
-            return pStatic->Create(control.szText, dwStyle, rc, &dialog, control.nId) ? std::move(pStatic)
-                                                                                      : nullptr;
-        }
-        case DialogControlKind::Edit: {
-            auto pEdit = std::make_unique<CEdit>();
-            return pEdit->Create(dwStyle, rc, &dialog, control.nId) ? std::move(pEdit) : nullptr;
-        }
-        case DialogControlKind::Button:
-        case DialogControlKind::DefaultButton: {
-            const bool bDefault = control.nKind == DialogControlKind::DefaultButton;
-            auto pButton = std::make_unique<CButton>();
-            return pButton->Create(control.szText, dwStyle | (bDefault ? BS_DEFPUSHBUTTON : 0), rc, &dialog,
-                                   control.nId)
-                       ? std::move(pButton)
-                       : nullptr;
-        }
-    }
-    return nullptr;
-}
-
 // The first control that takes the keyboard gets it, the text of an edit box selected.
-void FocusFirst(const std::vector<std::unique_ptr<CWnd>>& controls) {
-    for (const auto& pControl : controls) {
+void FocusFirst(const CWndState& dialog) {
+    for (const CWnd* const pControl : dialog.children) {
         QWidget& widget = *CWndState::Of(*pControl).pWidget;
         if (widget.focusPolicy() == Qt::NoFocus || !widget.isEnabled()) {
             continue;
@@ -112,6 +79,7 @@ int CDialog::DoModal() {
     m_nResult = IDCANCEL;
     m_pLoop = std::make_unique<CModalLoop>();
     CWndState& state = CWndState::Of(*this);
+    state.bDialog = true;
     if (!state.Attach(std::make_unique<CDialogWidget>(state.pLink),
                       {m_template.szTitle, 0, {}, m_pOwner, 0}) ||
         !CreateControls()) {
@@ -121,7 +89,7 @@ int CDialog::DoModal() {
         return -1;
     }
     if (OnInitDialog()) {
-        FocusFirst(m_controls);
+        FocusFirst(state);
     }
     if (!m_pLoop->bEnded && IsWindow()) {
         PlaceAbove(*state.pWidget, m_pOwner);
@@ -135,26 +103,36 @@ int CDialog::DoModal() {
     return m_nResult;
 }
 
-bool CDialog::CreateControls() {
-    CFont font;
-    if (!font.CreatePointFont(m_template.nPointSize * g_nTenths, m_template.szFace)) {
+bool CDialog::CreatePage(CWnd* pParent) {
+    if (pParent == nullptr || !pParent->IsWindow() || IsWindow()) {
         return false;
     }
-    QWidget& widget = *CWndState::Of(*this).pWidget;
-    widget.setFont(ToToolkitFont(font));
-    const CDialogUnits units(widget.font());
-    const int nWidth = units.X(m_template.cx);
-    const int nHeight = units.Y(m_template.cy);
-    CWndState::Of(*this).SetClientSize(nWidth, nHeight);
-    widget.setFixedSize(nWidth, nHeight);
-    for (const DialogControl& control : m_template.controls) {
-        std::unique_ptr<CWnd> pControl =
-            MakeControl(control, units.Rect(control.x, control.y, control.cx, control.cy), *this);
-        if (!pControl) {
-            return false;
-        }
-        m_controls.push_back(std::move(pControl));
+    CWndState& state = CWndState::Of(*this);
+    state.bDialog = true;
+    if (!state.Attach(std::make_unique<QWidget>(), {m_template.szTitle, WS_CHILD, {}, pParent, 0}) ||
+        !CreateControls()) {
+        DestroyWindow();
+        m_controls.clear();
+        return false;
     }
+    OnInitDialog();
+    return IsWindow();
+}
+
+bool CDialog::CreateControls() {
+    CWndState& state = CWndState::Of(*this);
+    const RECT rc = MeasureDialog(m_template);
+    m_controls = MakeControls(m_template, *this);
+    if (m_controls.size() != m_template.controls.size()) {
+        return false;
+    }
+    if (state.IsTopLevel()) {
+        state.SetClientSize(rc.Width(), rc.Height());
+        state.pWidget->setFixedSize(rc.Width(), rc.Height());
+    } else {
+        state.pWidget->resize(rc.Width(), rc.Height());
+    }
+    state.bPaintDue = true;
     return true;
 }
 
@@ -184,11 +162,17 @@ CString CDialog::GetDlgItemText(int nId) const {
 }
 
 bool CDialog::OnInitDialog() {
+    if (!UpdateData(false)) {
+        EndDialog(-1);
+        return false;
+    }
     return true;
 }
 
 void CDialog::OnOK() {
-    EndDialog(IDOK);
+    if (UpdateData(true)) {
+        EndDialog(IDOK);
+    }
 }
 
 void CDialog::OnCancel() {

@@ -1,36 +1,10 @@
 #pragma once
 
+#include "platform/windows/DialogTemplate.h"
 #include "platform/windows/Wnd.h"
 
 #include <memory>
-#include <span>
 #include <vector>
-
-enum class DialogControlKind { Static, Edit, Button, DefaultButton };
-
-// One control of a dialog template. The rectangle is in dialog units.
-struct DialogControl {
-    DialogControlKind nKind;
-    int nId;  // -1 for a label that nobody asks for
-    const char* szText;
-    int x;
-    int y;
-    int cx;
-    int cy;
-    DWORD dwStyle = 0;
-};
-
-// A dialog as data. Sizes are in dialog units: horizontally a quarter of the dialog font's average character
-// width, vertically an eighth of its height.
-struct DialogTemplate {
-    int nId;
-    const char* szTitle;
-    int cx;
-    int cy;
-    std::span<const DialogControl> controls;
-    int nPointSize = 8;
-    const char* szFace = "MS Sans Serif";
-};
 
 // A dialog made from a template. Its controls are tabbed through in the order of the template; Enter is the
 // default button, Escape and the close box are Cancel.
@@ -53,9 +27,14 @@ protected:
     LRESULT DefWindowProc(UINT nMessage, WPARAM wParam, LPARAM lParam) override;
     void PostNcDestroy() override;
 
-    // Before the dialog shows, all controls made. True: the first control that takes the keyboard gets it.
+    // The same dialog as a page: a child of pParent at its origin, in the size of the template, not shown
+    // yet, with its controls made and OnInitDialog run. It goes with its parent, or by DestroyWindow.
+    bool CreatePage(CWnd* pParent);
+
+    // Before the dialog shows, all controls made: UpdateData(false), which binds the members to the controls;
+    // if that fails the dialog ends with -1. True: the first control that takes the keyboard gets it.
     virtual bool OnInitDialog();
-    // IDOK, by button or Enter: ends with IDOK.
+    // IDOK, by button or Enter: UpdateData(true), and if that doesn't fail, ends with IDOK.
     virtual void OnOK();
     // IDCANCEL, by button, Escape or close box: ends with IDCANCEL.
     virtual void OnCancel();

@@ -10,7 +10,15 @@ bool CEdit::Create(DWORD dwStyle, const RECT& rc, CWnd* pParent, int nId) {
     if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
         return false;
     }
+    CWndState& state = CWndState::Of(*this);
     auto pEdit = std::make_unique<QLineEdit>();
     pEdit->setMaxLength(std::numeric_limits<int>::max());
-    return CWndState::Of(*this).Attach(std::move(pEdit), {{}, dwStyle | WS_CHILD, rc, pParent, nId});
+    // The user's changes; that of SetWindowText tells the parent itself.
+    QObject::connect(pEdit.get(), &QLineEdit::textEdited, pEdit.get(),
+                     [pLink = state.pLink, pWidget = pEdit.get()] {
+                         if (CWndState* const pState = pLink->StateFor(pWidget)) {
+                             pState->NotifyParent(EN_CHANGE);
+                         }
+                     });
+    return state.Attach(std::move(pEdit), {{}, dwStyle | WS_CHILD, rc, pParent, nId});
 }

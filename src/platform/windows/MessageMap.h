@@ -7,8 +7,8 @@
 
 class CWnd;
 
-// One line of a message map: which message it is for and which member function handles it. For WM_COMMAND the
-// notification code and the range of ids count as well.
+// One line of a message map: which message it is for and which member function handles it. For WM_COMMAND and
+// WM_NOTIFY the notification code and the range of ids count as well.
 struct CMessageEntry {
     UINT nMessage;
     UINT nCode;
@@ -94,7 +94,7 @@ private:
     }
 };
 
-// A line for any message but WM_COMMAND.
+// A line for any message but WM_COMMAND and WM_NOTIFY.
 template <auto pHandler>
 constexpr CMessageEntry MapMessage(UINT nMessage) {
     return {nMessage, 0, 0, 0, &CHandlerCall<decltype(pHandler)>::template Call<pHandler>};
@@ -104,6 +104,12 @@ constexpr CMessageEntry MapMessage(UINT nMessage) {
 template <auto pHandler>
 constexpr CMessageEntry MapNotification(UINT nCode, int nId) {
     return {WM_COMMAND, nCode, nId, nId, &CHandlerCall<decltype(pHandler)>::template Call<pHandler>};
+}
+
+// A line for one code of WM_NOTIFY of one control: `void f()`.
+template <auto pHandler>
+constexpr CMessageEntry MapNotify(UINT nCode, int nId) {
+    return {WM_NOTIFY, nCode, nId, nId, &CHandlerCall<decltype(pHandler)>::template Call<pHandler>};
 }
 
 // A line for a command, from a button or a menu: `void f()`.

@@ -10,6 +10,7 @@ inline constexpr UINT WM_MOVE = 0x0003;
 inline constexpr UINT WM_PAINT = 0x000F;
 inline constexpr UINT WM_CLOSE = 0x0010;
 inline constexpr UINT WM_SETFONT = 0x0030;
+inline constexpr UINT WM_NOTIFY = 0x004E;
 inline constexpr UINT WM_CONTEXTMENU = 0x007B;
 inline constexpr UINT WM_NCHITTEST = 0x0084;
 inline constexpr UINT WM_KEYDOWN = 0x0100;
@@ -22,6 +23,7 @@ inline constexpr UINT WM_LBUTTONDOWN = 0x0201;
 inline constexpr UINT WM_LBUTTONUP = 0x0202;
 inline constexpr UINT WM_RBUTTONDOWN = 0x0204;
 inline constexpr UINT WM_RBUTTONUP = 0x0205;
+inline constexpr UINT WM_MOUSEWHEEL = 0x020A;
 inline constexpr UINT WM_USER = 0x0400;
 
 // List box messages. Texts go as `const char*` in lParam; CListBox has a typed call for each.
@@ -34,9 +36,20 @@ inline constexpr UINT LB_GETCOUNT = 0x018B;
 inline constexpr UINT LB_FINDSTRING = 0x018F;
 inline constexpr int LB_ERR = -1;
 
+// Slider messages. CSliderCtrl has a typed call for each.
+inline constexpr UINT TBM_GETPOS = 0x0400;
+inline constexpr UINT TBM_SETPOS = 0x0405;  // wParam: redraw; lParam: the position
+inline constexpr UINT TBM_SETRANGE =
+    0x0406;  // wParam: redraw; lParam: least in the low word, greatest in the high
+inline constexpr UINT TBM_SETTICFREQ = 0x0414;  // wParam: units from tick to tick
+
 // Notification codes: the high word of WM_COMMAND's wParam.
 inline constexpr UINT BN_CLICKED = 0;
 inline constexpr UINT LBN_SELCHANGE = 1;
+inline constexpr UINT EN_CHANGE = 0x0300;
+
+// Notification codes of WM_NOTIFY.
+inline constexpr UINT NM_RELEASEDCAPTURE = 0xFFFFFFF0;  // -16
 
 inline constexpr int IDOK = 1;
 inline constexpr int IDCANCEL = 2;
@@ -51,6 +64,7 @@ inline constexpr DWORD WS_MINIMIZEBOX = 0x00020000;
 inline constexpr DWORD WS_TABSTOP = 0x00010000;
 inline constexpr DWORD BS_DEFPUSHBUTTON = 0x00000001;
 inline constexpr DWORD BS_GROUPBOX = 0x00000007;
+inline constexpr DWORD SS_SUNKEN = 0x00001000;
 inline constexpr DWORD LBS_NOTIFY = 0x00000001;
 inline constexpr DWORD ES_AUTOHSCROLL = 0x00000080;
 
@@ -114,3 +128,12 @@ constexpr int IdOfCommand(WPARAM wParam) {
 constexpr UINT CodeOfCommand(WPARAM wParam) {
     return static_cast<UINT>(wParam >> 16U & 0xFFFFU);
 }
+
+class CWnd;
+
+// What the lParam of a WM_NOTIFY points to, for the length of the call: who sends it, and why.
+struct NMHDR {
+    CWnd* hwndFrom;
+    int idFrom;
+    UINT code;
+};

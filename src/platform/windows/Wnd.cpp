@@ -1,5 +1,6 @@
 #include "platform/windows/Wnd.h"
 
+#include "platform/windows/DataExchange.h"
 #include "platform/windows/WinApp.h"
 #include "platform/windows/WndState.h"
 
@@ -169,3 +170,23 @@ CWnd* CWnd::GetDlgItem(int nId) const {
                                     [nId](const CWnd* pChild) { return pChild->GetDlgCtrlID() == nId; });
     return found != children.end() ? *found : nullptr;
 }
+
+bool CWnd::SubclassDlgItem(int nId, CWnd* pParent) {
+    const CWnd* const pItem = pParent != nullptr ? pParent->GetDlgItem(nId) : nullptr;
+    if (pItem == nullptr || IsWindow()) {
+        return false;
+    }
+    m_pState->TakeOver(*pItem->m_pState);
+    return true;
+}
+
+bool CWnd::UpdateData(bool bSaveAndValidate) {
+    if (!IsWindow()) {
+        return false;
+    }
+    CDataExchange exchange(*this, bSaveAndValidate);
+    DoDataExchange(&exchange);
+    return !exchange.HasFailed();
+}
+
+void CWnd::DoDataExchange(CDataExchange* /*pDX*/) {}

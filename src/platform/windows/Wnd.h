@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 
+class CDataExchange;
 class CFont;
 class CPicture;
 struct CWndState;
@@ -89,6 +90,12 @@ public:
     CWnd* GetParent() const;
     // The child with this id, null if there is none.
     CWnd* GetDlgItem(int nId) const;
+    // This object takes the place of the one that is behind a child of pParent: it has the widget and gets
+    // the messages from then on, with the class's own default handling of them; WM_CREATE isn't sent again.
+    // False if there is no such child or this object has a window already.
+    bool SubclassDlgItem(int nId, CWnd* pParent);
+    // Runs DoDataExchange: from the controls to the members, or (false) to the controls. False if it failed.
+    bool UpdateData(bool bSaveAndValidate = true);
 
     // The picture of the client area: filled with the face colour at first, of the client area's size, copied
     // to the screen by the message loop where it is marked, at most once per display refresh. Any thread, for
@@ -106,6 +113,8 @@ protected:
     virtual LRESULT DefWindowProc(UINT nMessage, WPARAM wParam, LPARAM lParam);
     // In a handler: DefWindowProc for the message being handled, once at most.
     LRESULT Default();
+    // Binds the members that are controls (DDX_Control) and exchanges their values. Nothing by itself.
+    virtual void DoDataExchange(CDataExchange* pDX);
     // The last call for a window: it is gone. Nothing of the object is used after it.
     virtual void PostNcDestroy();
 

@@ -3,6 +3,7 @@
 
 #include <QtGui/QScreen>
 #include <QtGui/QWindow>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QWidget>
 #include <algorithm>
 
@@ -63,9 +64,16 @@ void CWnd::CenterWindow() {
     }
 }
 
+RECT ClientAreaOf(const QWidget& widget) {
+    const auto* const pLabel = qobject_cast<const QLabel*>(&widget);
+    const QRect area = pLabel != nullptr ? pLabel->contentsRect() : widget.rect();
+    return {area.left(), area.top(), area.left() + area.width(), area.top() + area.height()};
+}
+
 RECT CWnd::GetClientRect() const {
     if (IsWindow() && !m_pState->IsTopLevel()) {
-        return {0, 0, m_pState->pWidget->width(), m_pState->pWidget->height()};
+        const RECT rc = ClientAreaOf(*m_pState->pWidget);
+        return {0, 0, rc.Width(), rc.Height()};
     }
     return {0, 0, m_pState->nWidth, m_pState->nHeight};
 }
@@ -74,27 +82,31 @@ RECT CWnd::GetWindowRect() const {
     if (!IsWindow()) {
         return {};
     }
-    POINT ptOrigin;
-    ClientToScreen(ptOrigin);
-    RECT rc = GetClientRect();
-    rc = {ptOrigin.x, ptOrigin.y, ptOrigin.x + rc.right, ptOrigin.y + rc.bottom};
+    const QWidget& widget = *m_pState->pWidget;
+    const QPoint origin = widget.mapToGlobal(QPoint(0, 0));
+    RECT rc{0, 0, widget.width(), widget.height()};
     if (m_pState->IsTopLevel()) {
+        rc = GetClientRect();
         CalcWindowRect(rc);
     }
-    return rc;
+    return {origin.x() + rc.left, origin.y() + rc.top, origin.x() + rc.right, origin.y() + rc.bottom};
 }
 
 void CWnd::ClientToScreen(POINT& pt) const {
     if (IsWindow()) {
-        const QPoint ptScreen = m_pState->pWidget->mapToGlobal(QPoint(pt.x, pt.y));
+        const QWidget& widget = *m_pState->pWidget;
+        const RECT rc = ClientAreaOf(widget);
+        const QPoint ptScreen = widget.mapToGlobal(QPoint(pt.x + rc.left, pt.y + rc.top));
         pt = {ptScreen.x(), ptScreen.y()};
     }
 }
 
 void CWnd::ScreenToClient(POINT& pt) const {
     if (IsWindow()) {
-        const QPoint ptClient = m_pState->pWidget->mapFromGlobal(QPoint(pt.x, pt.y));
-        pt = {ptClient.x(), ptClient.y()};
+        const QWidget& widget = *m_pState->pWidget;
+        const RECT rc = ClientAreaOf(widget);
+        const QPoint ptClient = widget.mapFromGlobal(QPoint(pt.x, pt.y));
+        pt = {ptClient.x() - rc.left, ptClient.y() - rc.top};
     }
 }
 

@@ -5,21 +5,30 @@
 
 namespace {
 
-bool Fits(const CMessageEntry& entry, UINT nMessage, WPARAM wParam) {
+bool IsBetween(int nId, const CMessageEntry& entry) {
+    return nId >= entry.nIdFirst && nId <= entry.nIdLast;
+}
+
+bool Fits(const CMessageEntry& entry, UINT nMessage, WPARAM wParam, LPARAM lParam) {
     if (entry.nMessage != nMessage) {
         return false;
     }
-    if (nMessage != WM_COMMAND) {
-        return true;
+    switch (nMessage) {
+        case WM_COMMAND:
+            return entry.nCode == CodeOfCommand(wParam) && IsBetween(IdOfCommand(wParam), entry);
+        case WM_NOTIFY: {
+            const auto& header = *std::bit_cast<const NMHDR*>(lParam);
+            return entry.nCode == header.code && IsBetween(header.idFrom, entry);
+        }
+        default:
+            return true;
     }
-    const int nId = IdOfCommand(wParam);
-    return entry.nCode == CodeOfCommand(wParam) && nId >= entry.nIdFirst && nId <= entry.nIdLast;
 }
 
-const CMessageEntry* FindEntry(const CMessageMap& map, UINT nMessage, WPARAM wParam) {
+const CMessageEntry* FindEntry(const CMessageMap& map, UINT nMessage, WPARAM wParam, LPARAM lParam) {
     for (const CMessageMap* pMap = &map; pMap != nullptr; pMap = pMap->pBase) {
         for (const CMessageEntry& entry : pMap->entries) {
-            if (Fits(entry, nMessage, wParam)) {
+            if (Fits(entry, nMessage, wParam, lParam)) {
                 return &entry;
             }
         }
@@ -43,7 +52,7 @@ const CMessageMap& CWnd::GetMessageMap() const {
 }
 
 LRESULT CWnd::WindowProc(UINT nMessage, WPARAM wParam, LPARAM lParam) {
-    const CMessageEntry* const pEntry = FindEntry(GetMessageMap(), nMessage, wParam);
+    const CMessageEntry* const pEntry = FindEntry(GetMessageMap(), nMessage, wParam, lParam);
     return pEntry != nullptr ? pEntry->pfnHandle(*this, wParam, lParam)
                              : DefWindowProc(nMessage, wParam, lParam);
 }

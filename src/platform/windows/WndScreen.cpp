@@ -153,6 +153,9 @@ void CWnd::InvalidateRect(const RECT* prc, bool bErase) {
     CWndState& state = *m_pState;
     state.bPaintDue = true;
     const RECT rc = prc != nullptr ? *prc : RECT{0, 0, state.nWidth, state.nHeight};
+    if (state.pWidget && (state.bDialog || state.bLabel)) {
+        state.pWidget->update();
+    }
     const std::lock_guard lock(state.picture.GetLock());
     if (!bErase) {
         state.picture.MarkDirty(rc);

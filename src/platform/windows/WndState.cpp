@@ -6,6 +6,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtWidgets/QWidget>
 #include <algorithm>
+#include <bit>
 #include <unordered_map>
 #include <utility>
 
@@ -65,7 +66,7 @@ bool CWndState::Attach(std::unique_ptr<QWidget> pNew, const CControlParams& para
             pNew->setParent(parent.pWidget.get());
             // The first one made lies on top, and one made later, such as a group box, behind it.
             pNew->lower();
-            if (!IsDialogWindow(*parent.pWidget) && pNew->focusPolicy() != Qt::NoFocus) {
+            if (!IsDialogWindow(*parent.pWidget->window()) && pNew->focusPolicy() != Qt::NoFocus) {
                 pNew->setFocusPolicy(Qt::ClickFocus);
             }
         }
@@ -101,6 +102,31 @@ bool CWndState::Attach(std::unique_ptr<QWidget> pNew, const CControlParams& para
         pWidget->show();
     }
     return true;
+}
+
+void CWndState::TakeOver(CWndState& other) {
+    // Whoever holds on to the widget's link reaches this object from now on.
+    std::swap(pLink, other.pLink);
+    pLink->pState = this;
+    other.pLink->pState = &other;
+    pWidget = std::move(other.pWidget);
+    Windows()[pWidget.get()] = &wnd;
+    pParent = std::exchange(other.pParent, nullptr);
+    if (pParent != nullptr) {
+        std::vector<CWnd*>& siblings = Of(*pParent).children;
+        std::replace(siblings.begin(), siblings.end(), &other.wnd, &wnd);
+    }
+    children = std::exchange(other.children, {});
+    for (const CWnd* const pChild : children) {
+        Of(*pChild).pParent = &wnd;
+    }
+    nId = other.nId;
+    bLabel = other.bLabel;
+    bShowsPicture = false;
+    timers = std::exchange(other.timers, {});
+    const std::scoped_lock lock(textLock, other.textLock);
+    strText = other.strText;
+    bTextPending = other.bTextPending.exchange(false);
 }
 
 void CWndState::Detach() {
@@ -144,6 +170,13 @@ bool CWndState::DeliverEvent(UINT nMessage) {
 void CWndState::NotifyParent(UINT nCode) {
     if (pParent != nullptr) {
         pParent->SendMessage(WM_COMMAND, MakeCommandParam(nId, nCode), 0);
+    }
+}
+
+void CWndState::NotifyParentByHeader(UINT nCode) {
+    if (pParent != nullptr) {
+        const NMHDR header{&wnd, nId, nCode};
+        pParent->SendMessage(WM_NOTIFY, static_cast<WPARAM>(nId), std::bit_cast<LPARAM>(&header));
     }
 }
 

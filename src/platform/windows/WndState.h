@@ -72,6 +72,8 @@ struct CWndState {
     // Takes the widget into use: parent, place, events. False, and the widget is gone, if a control has no
     // parent with a window or WM_CREATE was answered with -1.
     bool Attach(std::unique_ptr<QWidget> pNew, const CControlParams& params);
+    // Puts this object in the place of the one that has the widget now.
+    void TakeOver(CWndState& other);
     // Lets the widget go, and those of the children, without messages.
     void Detach();
     bool IsTopLevel() const;
@@ -80,6 +82,8 @@ struct CWndState {
     // Hands the event of the running message to the widget, once; false if it comes from none.
     bool DeliverEvent(UINT nMessage);
     void NotifyParent(UINT nCode);
+    // The same with WM_NOTIFY, for the codes that go that way.
+    void NotifyParentByHeader(UINT nCode);
 
     void SetClientSize(int cx, int cy);
     void SendDuePaint();
@@ -87,11 +91,14 @@ struct CWndState {
 
     CWnd& wnd;
     const std::thread::id threadId = std::this_thread::get_id();
-    const std::shared_ptr<CWndLink> pLink = std::make_shared<CWndLink>();
+    std::shared_ptr<CWndLink> pLink = std::make_shared<CWndLink>();
     std::unique_ptr<QWidget, CWidgetRelease> pWidget;
     CWnd* pParent = nullptr;
     std::vector<CWnd*> children;  // in the order of their creation
     int nId = 0;
+    bool bDialog = false;        // made from a template: a window of its own or a page of one
+    bool bLabel = false;         // it has a picture of its own as soon as somebody draws on it
+    bool bShowsPicture = false;  // a label that has been drawn on
     bool bDestroying = false;
     bool bPaintDue = false;
     CRunning* pRunning = nullptr;
@@ -113,6 +120,9 @@ void InstallEventBridge(CWndState& state);
 std::unique_ptr<QWidget> MakeFrameWidget(CWndState& state);
 // Copies what is marked in the window's picture to its widget now.
 void FlushPicture(CWndState& state);
+
+// The part of a widget that is its window's client area: all of it, but for the frame of a label.
+RECT ClientAreaOf(const QWidget& widget);
 
 // A widget's text is its title, label or content, whichever it has.
 void SetWidgetText(QWidget& widget, const CString& strText);

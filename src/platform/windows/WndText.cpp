@@ -1,4 +1,5 @@
 #include "platform/drawing/Font.h"
+#include "platform/windows/Messages.h"
 #include "platform/windows/WndState.h"
 
 #include <QtGui/QFont>
@@ -44,8 +45,12 @@ void CWnd::SetWindowText(const CString& strText) {
         return;
     }
     state.bTextPending = false;
-    if (state.pWidget) {
-        SetWidgetText(*state.pWidget, strText);
+    if (!state.pWidget) {
+        return;
+    }
+    SetWidgetText(*state.pWidget, strText);
+    if (qobject_cast<const QLineEdit*>(state.pWidget.get()) != nullptr) {
+        state.NotifyParent(EN_CHANGE);
     }
 }
 

@@ -1,0 +1,24 @@
+#pragma once
+
+class CWnd;
+
+// One run of a dialog's DoDataExchange, from the members to the controls or back.
+class CDataExchange {
+public:
+    CDataExchange(CWnd& dialog, bool bSaveAndValidate)
+        : m_pDlgWnd(&dialog), m_bSaveAndValidate(bSaveAndValidate) {}
+
+    // The exchange can't be done: UpdateData returns false.
+    void Fail() { m_bFailed = true; }
+    bool HasFailed() const { return m_bFailed; }
+
+    CWnd* const m_pDlgWnd;
+    const bool m_bSaveAndValidate;  // from the controls to the members
+
+private:
+    bool m_bFailed = false;
+};
+
+// Binds a member of the dialog to the template's control with this id: the member becomes the control, and
+// its class's message map gets the messages from then on. Once bound it stays so until the window goes.
+void DDX_Control(CDataExchange* pDX, int nId, CWnd& control);
