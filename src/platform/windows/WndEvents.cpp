@@ -57,7 +57,12 @@ public:
         if (pState == nullptr) {
             return false;
         }
-        if (pWatched != &m_widget || !pState->IsTopLevel()) {
+        if (pEvent->type() == QEvent::ShortcutOverride) {
+            // The first to come of a key, also of one that turns out to be a mnemonic.
+            BelongsToAlt(static_cast<const QKeyEvent&>(*pEvent));
+            return false;
+        }
+        if (pWatched != &m_widget || !(pState->IsTopLevel() || pState->bDialog)) {
             return OnControlEvent(*pState, pWatched, *pEvent);
         }
         return OnWindowEvent(*pState, *pEvent);
@@ -73,7 +78,13 @@ private:
                     WM_NCHITTEST, 0,
                     MakePointParam(FloorPoint(static_cast<QSinglePointEvent&>(event).globalPosition())),
                     nullptr);
-                return false;
+                return event.type() != QEvent::Enter && pWatched == &m_widget &&
+                       OnControlMouse(static_cast<QMouseEvent&>(event));
+            case QEvent::MouseButtonDblClick:
+            case QEvent::MouseButtonRelease:
+                return pWatched == &m_widget && OnControlMouse(static_cast<QMouseEvent&>(event));
+            case QEvent::Wheel:
+                return pWatched == &m_widget && OnWheel(state, static_cast<QWheelEvent&>(event));
             case QEvent::KeyPress:
             case QEvent::KeyRelease:
                 return pWatched == &m_widget && OnKey(state, static_cast<QKeyEvent&>(event));
@@ -84,8 +95,33 @@ private:
         }
     }
 
+    // Moves and the left button; the widget gets them as the default handling.
+    bool OnControlMouse(QMouseEvent& event) {
+        CWndState* const pState = m_pLink->StateFor(&m_widget);
+        const UINT nMessage = MouseMessage(event);
+        if (pState == nullptr ||
+            (nMessage != WM_MOUSEMOVE && nMessage != WM_LBUTTONDOWN && nMessage != WM_LBUTTONUP)) {
+            return false;
+        }
+        pState->Dispatch(nMessage, MouseFlags(event), MakePointParam(FloorPoint(event.position())), &event);
+        return true;
+    }
+
+    static bool OnWheel(CWndState& state, QWheelEvent& event) {
+        constexpr unsigned nHighWord = 16;
+        const auto nTurn = static_cast<WPARAM>(event.angleDelta().y() & 0xFFFF) << nHighWord;
+        state.Dispatch(WM_MOUSEWHEEL, nTurn, MakePointParam(FloorPoint(event.globalPosition())), &event);
+        return true;
+    }
+
     bool OnWindowEvent(CWndState& state, QEvent& event) {
         switch (event.type()) {
+            case QEvent::Paint:
+                // The controls of a dialog show themselves; its own handler comes on top of that.
+                if (state.bDialog) {
+                    state.SendDuePaint();
+                }
+                return false;
             case QEvent::MouseMove:
             case QEvent::MouseButtonPress:
             case QEvent::MouseButtonDblClick:
@@ -127,6 +163,9 @@ private:
     // the default handling of the first character, or of WM_KEYDOWN if there is none.
     bool OnKey(CWndState& state, QKeyEvent& event) {
         if (event.type() == QEvent::KeyRelease && event.isAutoRepeat()) {
+            return false;
+        }
+        if (BelongsToAlt(event) && event.type() == QEvent::KeyRelease) {
             return false;
         }
         // Keys go to one window and not on to its parent, but for a dialog, which looks for Enter and Escape.
