@@ -34,6 +34,7 @@ const CMessageMap& CTunerWnd::GetMessageMap() const {
         MapMessage<&CTunerWnd::OnCreate>(WM_CREATE),
         MapMessage<&CTunerWnd::OnDestroy>(WM_DESTROY),
         MapCommand<&CTunerWnd::OnPlay>(ID_PLAY),
+        MapCommand<&CTunerWnd::OnAFrequency>(ID_A_FREQUENCY),
         MapCommand<&CTunerWnd::OnAddTuning>(ID_ADD),
         MapCommand<&CTunerWnd::OnDeleteTuning>(ID_DELETE),
         MapCommand<&CTunerWnd::OnHelp>(ID_HELP),

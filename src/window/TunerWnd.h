@@ -97,6 +97,10 @@ private:
     void SyncListToCurrent();
     void ShowTuning();
 
+    // The frequency of the note A
+    void OnAFrequency();
+    void FormatAButton();
+
     // Tones
     void OnPlay();
     void PlayString(std::size_t nString);

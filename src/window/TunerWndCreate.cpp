@@ -1,4 +1,3 @@
-#include "platform/base/String.h"
 #include "platform/drawing/Dc.h"
 #include "platform/drawing/SysColors.h"
 #include "platform/multimedia/TimeGetTime.h"
@@ -76,7 +75,7 @@ bool CTunerWnd::CreateFonts() {
 }
 
 bool CTunerWnd::CreateButtonsAndTexts() {
-    m_strAButton = FormatText("%s%.1f%s", "&A : ", static_cast<double>(m_store.GetAFrequency()), " Hz");
+    FormatAButton();
     const bool bCreated = CreateControl(m_btnPlay, CONTROL_PLAY, CONTROL_PLAY.szCaption) &&
                           CreateControl(m_btnA, CONTROL_A, m_strAButton) &&
                           CreateControl(m_btnAdd, CONTROL_ADD, CONTROL_ADD.szCaption) &&

@@ -38,9 +38,8 @@ inline constexpr int LB_ERR = -1;
 
 // Slider messages. CSliderCtrl has a typed call for each.
 inline constexpr UINT TBM_GETPOS = 0x0400;
-inline constexpr UINT TBM_SETPOS = 0x0405;  // wParam: redraw; lParam: the position
-inline constexpr UINT TBM_SETRANGE =
-    0x0406;  // wParam: redraw; lParam: least in the low word, greatest in the high
+inline constexpr UINT TBM_SETPOS = 0x0405;      // lParam: the position; wParam: redraw
+inline constexpr UINT TBM_SETRANGE = 0x0406;    // lParam: the ends in its low and high word; wParam: redraw
 inline constexpr UINT TBM_SETTICFREQ = 0x0414;  // wParam: units from tick to tick
 
 // Notification codes: the high word of WM_COMMAND's wParam.

@@ -1,0 +1,135 @@
+#include "dialogs/FrequencyDialog.h"
+
+#include "platform/base/String.h"
+#include "platform/windows/DataExchange.h"
+#include "platform/windows/MessageBox.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <string_view>
+
+namespace {
+
+constexpr int g_nEdit = 1001;
+constexpr int g_nSlider = 1002;
+constexpr int g_nReset = 1003;
+
+constexpr float g_fLowest = 430.0F;
+constexpr float g_fHighest = 450.0F;
+constexpr int g_nUnitsPerHertz = 10;
+constexpr int g_nTicFreq = 5;
+constexpr std::size_t g_nMaxCharacters = 8;
+
+constexpr std::array g_controls{
+    DialogControl{DialogControlKind::Edit, g_nEdit, "", 143, 52, 40, 14, WS_BORDER | ES_AUTOHSCROLL},
+    DialogControl{DialogControlKind::Slider, g_nSlider, "", 22, 73, 240, 19},
+    DialogControl{DialogControlKind::Button, g_nReset, "重置", 117, 113, 50, 14},
+    DialogControl{DialogControlKind::DefaultButton, IDOK, "确定", 229, 7, 50, 14},
+    DialogControl{DialogControlKind::Button, IDCANCEL, "取消", 229, 24, 50, 14},
+    DialogControl{
+        DialogControlKind::Static, -1,
+        "Move the slider bar to change the center frequency.  The standard A note has a frequency of 440 "
+        "Hz.  Changing the A note frequency will shift all other notes accordingly.",
+        7, 7, 167, 39},
+    DialogControl{DialogControlKind::Static, -1, "\"A\" Note Frequency: ", 73, 54, 69, 8},
+    DialogControl{DialogControlKind::Static, -1, "430 Hz", 21, 97, 24, 8},
+    DialogControl{DialogControlKind::Static, -1, "440 Hz", 130, 97, 24, 8},
+    DialogControl{DialogControlKind::Static, -1, "450 Hz", 239, 97, 24, 8},
+};
+
+constexpr DialogTemplate g_template{102, "标准 'A' 频率设置", 286, 135, g_controls};
+
+// The number that a text begins with, with a decimal point in every country; 0 if it begins with none.
+double NumberAtFront(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
+    if (text.starts_with('+')) {
+        text.remove_prefix(1);
+    }
+    double fNumber = 0.0;
+    std::from_chars(text.data(), text.data() + text.size(), fNumber);
+    // "nan" and "inf" are words here.
+    return std::isfinite(fNumber) ? fNumber : 0.0;
+}
+
+}  // namespace
+
+CFrequencyDialog::CFrequencyDialog(CWnd* pParent) : CDialog(g_template, pParent) {}
+
+CFrequencyDialog::~CFrequencyDialog() = default;
+
+const CMessageMap& CFrequencyDialog::GetMessageMap() const {
+    static constexpr std::array entries{
+        MapNotify<&CFrequencyDialog::OnSliderReleased>(NM_RELEASEDCAPTURE, g_nSlider),
+        MapNotification<&CFrequencyDialog::OnEditChange>(EN_CHANGE, g_nEdit),
+        MapCommand<&CFrequencyDialog::OnReset>(g_nReset),
+        MapMessage<&CFrequencyDialog::OnMouseMove>(WM_MOUSEMOVE)};
+    static const CMessageMap map{entries, &CDialog::GetMessageMap()};
+    return map;
+}
+
+void CFrequencyDialog::DoDataExchange(CDataExchange* pDX) {
+    CDialog::DoDataExchange(pDX);
+    DDX_Control(pDX, g_nSlider, m_slider);
+    DDX_Control(pDX, g_nEdit, m_edit);
+    DDX_Control(pDX, g_nReset, m_btnReset);
+}
+
+bool CFrequencyDialog::OnInitDialog() {
+    CDialog::OnInitDialog();
+    m_slider.SetRange(static_cast<int>(g_fLowest) * g_nUnitsPerHertz,
+                      static_cast<int>(g_fHighest) * g_nUnitsPerHertz);
+    m_slider.SetTicFreq(g_nTicFreq);
+    m_slider.SetPos(g_nUnitsPerHertz * static_cast<int>(m_fFrequency));
+    ShowFrequency();
+    return true;
+}
+
+void CFrequencyDialog::OnMouseMove() {
+    TakeSliderPosition();
+}
+
+void CFrequencyDialog::OnSliderReleased() {
+    TakeSliderPosition();
+    ShowFrequency();
+}
+
+void CFrequencyDialog::OnEditChange() {
+    const float fTyped = GetTypedFrequency();
+    if (fTyped < g_fLowest || fTyped > g_fHighest) {
+        return;
+    }
+    m_slider.SetPos(static_cast<int>(static_cast<double>(fTyped) * g_nUnitsPerHertz));
+    m_fFrequency = fTyped;
+}
+
+void CFrequencyDialog::OnReset() {
+    constexpr int nStandard = 4400;
+    m_edit.SetWindowText("440.0");
+    m_slider.SetPos(nStandard);
+}
+
+void CFrequencyDialog::OnOK() {
+    const float fTyped = GetTypedFrequency();
+    if (fTyped >= g_fLowest && fTyped <= g_fHighest) {
+        CDialog::OnOK();
+        return;
+    }
+    MessageBox(this, "Please enter a number from 430 to 450 Hz, or press cancel", "Invalid Number",
+               MB_OK | MB_ICONEXCLAMATION);
+}
+
+void CFrequencyDialog::TakeSliderPosition() {
+    constexpr float fUnit = 0.1F;
+    m_fFrequency = static_cast<float>(static_cast<double>(m_slider.GetPos()) * fUnit);
+}
+
+// The text that this sets runs OnEditChange, which has the last word on slider and value.
+void CFrequencyDialog::ShowFrequency() {
+    m_edit.SetWindowText(FormatText("%.1f", static_cast<double>(m_fFrequency)));
+}
+
+float CFrequencyDialog::GetTypedFrequency() const {
+    return static_cast<float>(NumberAtFront(m_edit.GetWindowText().substr(0, g_nMaxCharacters)));
+}
