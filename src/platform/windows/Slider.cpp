@@ -26,6 +26,12 @@ public:
     }
 
 protected:
+    // The ends of the travel lie inside the control, so that what stands under them has room.
+    void initStyleOption(QStyleOptionSlider* pOption) const override {
+        QSlider::initStyleOption(pOption);
+        const int nInset = style()->pixelMetric(QStyle::PM_SliderLength, pOption, this);
+        pOption->rect.adjust(nInset, 0, -nInset, 0);
+    }
     void mouseReleaseEvent(QMouseEvent* pEvent) override {
         const bool bLeft = pEvent->button() == Qt::LeftButton;
         QSlider::mouseReleaseEvent(pEvent);

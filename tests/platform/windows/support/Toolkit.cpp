@@ -15,6 +15,7 @@
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QListWidget>
+#include <QtWidgets/QMenu>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QWidget>
@@ -62,8 +63,9 @@ QPoint ToPoint(POINT pt) {
     return {pt.x, pt.y};
 }
 
-void SendKey(const CWnd& wnd, QEvent::Type type, int nKey, const CString& strText) {
-    QKeyEvent event(type, nKey, Qt::NoModifier, QString::fromStdString(strText));
+void SendKey(const CWnd& wnd, QEvent::Type type, int nKey, const CString& strText, bool bKeypad) {
+    QKeyEvent event(type, nKey, bKeypad ? Qt::KeypadModifier : Qt::NoModifier,
+                    QString::fromStdString(strText));
     QApplication::sendEvent(&WidgetOf(wnd), &event);
 }
 
@@ -118,6 +120,14 @@ void Move(const CWnd& wnd, POINT pt) {
     RunPending();
 }
 
+void Wheel(const CWnd& wnd, int nNotches) {
+    QWidget& widget = MouseWidgetOf(wnd);
+    const QPointF pt = widget.rect().center();
+    QWheelEvent event(pt, widget.mapToGlobal(pt), {}, {0, nNotches * QWheelEvent::DefaultDeltasPerStep},
+                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&widget, &event);
+}
+
 void MoveOver(const CWnd& topLevel, POINT pt) {
     const auto [pWidget, ptIn] = Under(topLevel, pt);
     QMouseEvent event(QEvent::MouseMove, ptIn, pWidget->mapToGlobal(ptIn), Qt::NoButton, Qt::NoButton, {});
@@ -129,12 +139,16 @@ void ClickInto(const CWnd& topLevel, POINT pt) {
     QTest::mouseClick(pWidget, Qt::LeftButton, {}, ptIn);
 }
 
-void KeyDown(const CWnd& wnd, int nToolkitKey, const CString& strText) {
-    SendKey(wnd, QEvent::KeyPress, nToolkitKey, strText);
+void KeyDown(const CWnd& wnd, int nToolkitKey, const CString& strText, bool bKeypad) {
+    SendKey(wnd, QEvent::KeyPress, nToolkitKey, strText, bKeypad);
 }
 
-void KeyUp(const CWnd& wnd, int nToolkitKey, const CString& strText) {
-    SendKey(wnd, QEvent::KeyRelease, nToolkitKey, strText);
+void KeyUp(const CWnd& wnd, int nToolkitKey, const CString& strText, bool bKeypad) {
+    SendKey(wnd, QEvent::KeyRelease, nToolkitKey, strText, bKeypad);
+}
+
+void AltKeyDown(const CWnd& wnd, int nToolkitKey) {
+    QTest::keyPress(&WidgetOf(wnd), static_cast<Qt::Key>(nToolkitKey), Qt::AltModifier);
 }
 
 void Key(const CWnd& wnd, int nToolkitKey, const CString& strText) {
@@ -193,6 +207,33 @@ void CloseModal() {
     if (QWidget* const pModal = QApplication::activeModalWidget()) {
         pModal->close();
     }
+}
+
+std::vector<CString> PopupItems() {
+    std::vector<CString> items;
+    if (const auto* const pMenu = qobject_cast<const QMenu*>(QApplication::activePopupWidget())) {
+        for (const QAction* const pAction : pMenu->actions()) {
+            items.push_back(pAction->text().toStdString() + (pAction->isChecked() ? " *" : "") +
+                            (pAction->menu() != nullptr ? " >" : ""));
+        }
+    }
+    return items;
+}
+
+void PopupKey(int nToolkitKey) {
+    QTest::keyClick(QApplication::activePopupWidget(), static_cast<Qt::Key>(nToolkitKey));
+}
+
+POINT PopupOrigin() {
+    const QPoint pt = QApplication::activePopupWidget()->pos();
+    return {pt.x(), pt.y()};
+}
+
+void ClickPopupItem(int nItem, bool bRight) {
+    auto* const pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    const QPoint pt = pMenu->actionGeometry(pMenu->actions().at(nItem)).center();
+    QTest::mouseMove(pMenu, pt);
+    QTest::mouseClick(pMenu, bRight ? Qt::RightButton : Qt::LeftButton, {}, pt);
 }
 
 CString TextOf(const CWnd& control) {

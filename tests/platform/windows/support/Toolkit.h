@@ -27,13 +27,17 @@ void Release(const CWnd& wnd, POINT pt, bool bRight = false);
 void Click(const CWnd& wnd, POINT pt, bool bControl = false);
 void DoubleClick(const CWnd& wnd, POINT pt);
 void Move(const CWnd& wnd, POINT pt);
+// Over the middle of it, away from the user where nNotches is above 0.
+void Wheel(const CWnd& wnd, int nNotches);
 // As the window system does: to whatever widget of the window lies there.
 void MoveOver(const CWnd& topLevel, POINT pt);
 void ClickInto(const CWnd& topLevel, POINT pt);
 
 // A key of the toolkit by its number, going down and up at the window given.
-void KeyDown(const CWnd& wnd, int nToolkitKey, const CString& strText = {});
-void KeyUp(const CWnd& wnd, int nToolkitKey, const CString& strText = {});
+void KeyDown(const CWnd& wnd, int nToolkitKey, const CString& strText = {}, bool bKeypad = false);
+void KeyUp(const CWnd& wnd, int nToolkitKey, const CString& strText = {}, bool bKeypad = false);
+// With Alt held, mnemonics included.
+void AltKeyDown(const CWnd& wnd, int nToolkitKey);
 void Key(const CWnd& wnd, int nToolkitKey, const CString& strText = {});
 void TypeText(const CWnd& wnd, const CString& strText);
 // What an input method does: a text that is being composed, then its final form.
@@ -59,6 +63,14 @@ CString ModalTitle();
 // The text that a message box shows.
 CString ModalText();
 void CloseModal();
+
+// The popup menu that is open in front, item by item: the text, and behind it " *" for a check mark or " >"
+// for a menu of its own. Empty if there is none.
+std::vector<CString> PopupItems();
+void PopupKey(int nToolkitKey);
+// Where it lies, in screen coordinates.
+POINT PopupOrigin();
+void ClickPopupItem(int nItem, bool bRight = false);
 
 // The text that a control really shows.
 CString TextOf(const CWnd& control);

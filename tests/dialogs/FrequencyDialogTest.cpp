@@ -1,0 +1,187 @@
+#include "dialogs/FrequencyDialog.h"
+#include "platform/windows/support/Toolkit.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <vector>
+
+namespace {
+
+constexpr int g_nRight = 0x01000014;
+constexpr int g_nTab = 0x01000001;
+constexpr int g_nReturn = 0x01000004;
+constexpr int g_nEdit = 1001;
+constexpr int g_nSlider = 1002;
+constexpr int g_nReset = 1003;
+constexpr POINT g_ptInButton{5, 5};
+constexpr POINT g_ptOnLabel{20, 20};
+
+class FrequencyDialog : public ::testing::Test {
+protected:
+    CWnd& Item(int nId) { return *m_dialog.GetDlgItem(nId); }
+    int Pos() { return static_cast<int>(Item(g_nSlider).SendMessage(TBM_GETPOS)); }
+    CString Text() { return Item(g_nEdit).GetWindowText(); }
+    void Click(int nId) { toolkit::Click(Item(nId), g_ptInButton); }
+    // Over the typed text in one go, as pasting does.
+    void Enter(const CString& strText) {
+        Item(g_nEdit).SetWindowText("");
+        toolkit::Compose(Item(g_nEdit), "", strText);
+    }
+    void Expect(const CString& strText, int nPos, float fFrequency) {
+        EXPECT_EQ(Text(), strText);
+        EXPECT_EQ(Pos(), nPos);
+        EXPECT_EQ(m_dialog.m_fFrequency, fFrequency);
+    }
+    // Takes the thumb, which stands in the middle, and moves it there.
+    void DragFromMiddle(int nPos) {
+        CWnd& slider = Item(g_nSlider);
+        const RECT rc = slider.GetClientRect();
+        POINT pt{rc.Width() / 2, rc.Height() / 3};
+        toolkit::Press(slider, pt);
+        while (Pos() < nPos && pt.x < rc.right) {
+            ++pt.x;
+            toolkit::Move(slider, pt);
+        }
+    }
+    // What DoModal returns when the user does this in a dialog opened with this frequency.
+    int Run(float fFrequency, const std::function<void()>& fnUser) {
+        m_dialog.m_fFrequency = fFrequency;
+        toolkit::Later([this, &fnUser] {
+            fnUser();
+            m_dialog.EndDialog(IDCANCEL);
+        });
+        return m_dialog.DoModal();
+    }
+
+    CFrequencyDialog m_dialog;
+};
+
+TEST_F(FrequencyDialog, OpensWithTheTenthsThatItShows) {
+    EXPECT_EQ(Run(445.67F,
+                  [this] {
+                      EXPECT_EQ(toolkit::ModalTitle(), "标准 'A' 频率设置");
+                      Expect("445.7", 4457, 445.7F);
+                      for (const int nId : {-1, g_nReset, IDOK, IDCANCEL}) {
+                          EXPECT_FALSE(toolkit::IsTextCut(Item(nId))) << nId;
+                      }
+                      toolkit::SavePicture(m_dialog, "frequency-dialog.png");
+                      for (const int nId : {g_nEdit, g_nSlider, g_nReset, int{IDOK}, int{IDCANCEL}}) {
+                          EXPECT_TRUE(toolkit::WaitUntil([&] { return CWnd::GetFocus() == &Item(nId); }))
+                              << nId;
+                          toolkit::Key(Item(nId), g_nTab, "\t");
+                      }
+                      Click(IDOK);
+                  }),
+              IDOK);
+    EXPECT_EQ(m_dialog.m_fFrequency, 445.7F);
+}
+
+TEST_F(FrequencyDialog, FollowsTheTextWhileItIsInRange) {
+    struct Row {
+        const char* szText;
+        int nPos;
+        float fFrequency;
+    };
+    Run(435.0F, [this] {
+        for (const Row& row : std::vector<Row>{{"44", 4350, 435.0F},
+                                               {"430", 4300, 430.0F},
+                                               {"429.9", 4300, 430.0F},
+                                               {"450", 4500, 450.0F},
+                                               {"450.1", 4500, 450.0F},
+                                               {"abc", 4500, 450.0F},
+                                               {"nan", 4500, 450.0F},
+                                               {"441.25", 4412, 441.25F},
+                                               {"441.3", 4412, 441.3F},
+                                               {" +442.5Hz", 4425, 442.5F},
+                                               {"4.41e2", 4410, 441.0F},
+                                               {"443,9", 4430, 443.0F},
+                                               {"00000444", 4440, 444.0F},
+                                               {"000000445", 4440, 444.0F}}) {
+            Enter(row.szText);
+            Expect(row.szText, row.nPos, row.fFrequency);
+        }
+    });
+}
+
+TEST_F(FrequencyDialog, ClosesWithANumberInRangeOnly) {
+    for (const char* szBad : {"429.9", "450.1", "abc", ""}) {
+        EXPECT_EQ(Run(440.0F,
+                      [&] {
+                          Enter(szBad);
+                          toolkit::Later([] {
+                              EXPECT_EQ(toolkit::ModalTitle(), "Invalid Number");
+                              EXPECT_EQ(toolkit::ModalText(),
+                                        "Please enter a number from 430 to 450 Hz, or press cancel");
+                              toolkit::CloseModal();
+                          });
+                          Click(IDOK);
+                          EXPECT_TRUE(m_dialog.IsWindowVisible());
+                      }),
+                  IDCANCEL)
+            << szBad;
+    }
+    for (const float fBound : {430.0F, 450.0F}) {
+        EXPECT_EQ(Run(440.0F,
+                      [&] {
+                          toolkit::TypeText(Item(g_nEdit), fBound == 430.0F ? "430" : "450");
+                          toolkit::Key(Item(g_nEdit), g_nReturn, "\r");
+                      }),
+                  IDOK);
+        EXPECT_EQ(m_dialog.m_fFrequency, fBound);
+    }
+}
+
+// The text is written when the button comes up, and read back: the float of 441.3 lies below it.
+TEST_F(FrequencyDialog, WritesTheTextWhenTheSliderIsReleased) {
+    Run(440.0F, [this] {
+        DragFromMiddle(4413);
+        EXPECT_EQ(Text(), "440.0");
+        toolkit::Release(Item(g_nSlider), g_ptInButton);
+        Expect("441.3", 4412, 441.3F);
+        toolkit::MoveOver(m_dialog, g_ptOnLabel);
+        Expect("441.3", 4412, 441.2F);
+        Click(g_nReset);
+        Expect("440.0", 4400, 440.0F);
+    });
+}
+
+TEST_F(FrequencyDialog, ReturnsTheTenthOfTheSliderOnceTheMouseHasMoved) {
+    EXPECT_EQ(Run(440.0F,
+                  [this] {
+                      toolkit::TypeText(Item(g_nEdit), "441.25");
+                      EXPECT_EQ(m_dialog.m_fFrequency, 441.25F);
+                      toolkit::MoveOver(m_dialog, g_ptOnLabel);
+                      Click(IDOK);
+                  }),
+              IDOK);
+    EXPECT_EQ(m_dialog.m_fFrequency, 441.2F);
+}
+
+// Of a key the dialog hears afterwards, of the mouse and the wheel before.
+TEST_F(FrequencyDialog, HearsOfTheSliderInTheOrderOfItsNotices) {
+    Run(440.0F, [this] {
+        CWnd& slider = Item(g_nSlider);
+        for (int i = 0; i < 13; ++i) {
+            toolkit::Key(slider, g_nRight);
+        }
+        // The nearest float to 4413 times the float of a tenth, and not that of 441.3.
+        Expect("440.0", 4413, 441.300018F);
+        toolkit::Wheel(slider, 1);
+        const int nTurned = Pos();
+        EXPECT_GT(nTurned, 4413);
+        EXPECT_EQ(m_dialog.m_fFrequency, 441.300018F);
+        toolkit::Wheel(slider, -1);
+        EXPECT_EQ(m_dialog.m_fFrequency, static_cast<float>(nTurned * static_cast<double>(0.1F)));
+        // The same text once more counts as a change.
+        Click(g_nReset);
+        Expect("440.0", 4400, 440.0F);
+        DragFromMiddle(4401);
+        // The dialog saw the place before the last move.
+        EXPECT_EQ(m_dialog.m_fFrequency, 440.0F);
+        toolkit::Move(slider, g_ptInButton);
+        EXPECT_GT(m_dialog.m_fFrequency, 440.0F);
+    });
+}
+
+}  // namespace
