@@ -18,6 +18,7 @@
 #include "window/ForwardingButton.h"
 #include "window/ForwardingListBox.h"
 #include "window/NeedleFade.h"
+#include "window/SpokenReading.h"
 
 #include <atomic>
 #include <cstddef>
@@ -157,6 +158,7 @@ private:
     CNoteTracker m_tracker;
     CTonePlayer m_tonePlayer;
     CErrorLog m_errorLog;
+    CSpokenReading m_spokenReading;
     CString m_strAButton;
     int m_nHint = -1;  // the row of the hint table under the mouse, -1 for none
     int m_nPresetCount = 0;

@@ -103,6 +103,7 @@ bool CTunerWnd::CreateList() {
         return false;
     }
     m_lbTunings.SetFont(m_fontMain, false);
+    m_lbTunings.SetAccessibleName(CONTROL_TUNINGS.szSpoken);
     if (!CreateControl(m_stcPresets, CONTROL_PRESETS)) {
         return false;
     }
@@ -169,7 +170,13 @@ void CTunerWnd::SetFirstReading() {
 
 bool CTunerWnd::CreateControl(CForwardingButton& button, const ControlPlace& place,
                               const CString& strCaption) {
-    return Succeed(button.Create(strCaption, place.dwStyle, place.rc, this, place.nId), place.szFailure);
+    if (!Succeed(button.Create(strCaption, place.dwStyle, place.rc, this, place.nId), place.szFailure)) {
+        return false;
+    }
+    if (place.szSpoken != nullptr) {
+        button.SetAccessibleName(place.szSpoken);
+    }
+    return true;
 }
 
 bool CTunerWnd::CreateControl(CStatic& text, const ControlPlace& place) {

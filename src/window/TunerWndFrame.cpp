@@ -33,6 +33,7 @@ void CTunerWnd::ShowReading() {
     const NoteReading reading =
         m_tracker.Update(candidates[FindStrongest(candidates)], static_cast<float>(m_engine.GetHop()),
                          m_engine.GetSampleRate(), m_engine.GetLevel());
+    m_spokenReading.Publish(reading, m_tracker.IsHolding());
     m_levelMeter.SetLevel(m_tracker.GetLevel());
     m_coarse.SetFrequency(reading.frequency);
     m_fineDial.SetCents(static_cast<int>(reading.cents));

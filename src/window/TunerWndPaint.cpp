@@ -46,6 +46,8 @@ void CTunerWnd::OnPaint() {
 void CTunerWnd::OnTimer() {
     Default();
     SendMessage(WM_PAINT);
+    // Twice a second is as often as anybody wants to hear it.
+    SetAccessibleDescription(m_spokenReading.GetText());
 }
 
 void CTunerWnd::DrawTuning() {

@@ -11,9 +11,9 @@ namespace {
 
 constexpr auto LOOK_AGAIN = 50ms;
 
-// The number behind a name in lines of the form NAME=number.
+// The number behind a name in lines of the form "  Name:  number".
 int Number(const std::string& strText, const std::string& strName) {
-    const std::size_t nAt = strText.find(strName + "=");
+    const std::size_t nAt = strText.find(strName + ":");
     return nAt == std::string::npos ? 0 : std::atoi(strText.c_str() + nAt + strName.size() + 1);
 }
 
@@ -44,10 +44,13 @@ std::optional<CHand::Place> CHand::FindWindow(const std::string& strTitle,
     std::string strBefore;
     while (std::chrono::steady_clock::now() < deadline) {
         const auto id = FindId(strTitle);
-        const auto geometry = id ? Ask({"getwindowgeometry", "--shell", *id}) : std::nullopt;
+        // Asked of the server itself: of a window inside a frame xdotool tells another place.
+        const auto geometry =
+            id ? RunCommand({"xwininfo", "-id", *id}, {{"DISPLAY", m_strDisplay}}) : std::nullopt;
         if (geometry && *geometry == strBefore) {
-            return Place{Number(strBefore, "\nX"), Number(strBefore, "\nY"), Number(strBefore, "WIDTH"),
-                         Number(strBefore, "HEIGHT")};
+            return Place{Number(strBefore, "Absolute upper-left X"),
+                         Number(strBefore, "Absolute upper-left Y"), Number(strBefore, "Width"),
+                         Number(strBefore, "Height")};
         }
         strBefore = geometry.value_or("");
         std::this_thread::sleep_for(LOOK_AGAIN);

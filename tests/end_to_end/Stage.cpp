@@ -100,9 +100,9 @@ bool CStage::StartOnDesktop(const CSoundServer* pSound) {
 }
 
 bool CStage::StartProgram(const CSoundServer* pSound) {
-    CChildProcess::Environment environment;
+    CChildProcess::Environment environment = m_more;
     if (pSound != nullptr) {
-        environment = pSound->GetEnvironment();
+        environment.insert(pSound->GetEnvironment().begin(), pSound->GetEnvironment().end());
     } else {
         // An address where nobody listens: the user's own server must not answer.
         environment["PULSE_SERVER"] = "unix:" + (m_directory.GetPath() / "nobody").string();

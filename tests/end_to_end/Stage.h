@@ -48,6 +48,8 @@ public:
     bool Start(const CSoundServer* pSound, int nDotsPerInch = 96);
     // A larger screen with a window manager, so that dialogs have room and a minimised window comes back.
     bool StartOnDesktop(const CSoundServer* pSound);
+    // What the program finds in its environment besides, from its next start on.
+    void AddToEnvironment(const CChildProcess::Environment& more) { m_more.insert(more.begin(), more.end()); }
     // Starts the program again, on the same screen and in the same directory.
     bool StartProgram(const CSoundServer* pSound);
 
@@ -72,6 +74,7 @@ public:
 private:
     bool FillDirectory();
 
+    CChildProcess::Environment m_more;
     CTemporaryDirectory m_directory;
     CVirtualScreen m_screen;
     CChildProcess m_windowManager;

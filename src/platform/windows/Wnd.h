@@ -79,6 +79,11 @@ public:
     // Sends WM_SETFONT. The font need not outlive the call.
     void SetFont(const CFont& font, bool bRedraw = true);
 
+    // What a screen reader says of a window besides its text: the name in place of a caption that does not
+    // read well or is missing, and what it shows. A description that changes is announced.
+    void SetAccessibleName(const CString& strName);
+    void SetAccessibleDescription(const CString& strDescription);
+
     void EnableWindow(bool bEnable);
     bool IsWindowEnabled() const;
     void SetFocus();

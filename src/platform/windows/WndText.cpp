@@ -65,3 +65,16 @@ CString CWnd::GetWindowText() const {
     const std::lock_guard lock(state.textLock);
     return state.strText;
 }
+
+void CWnd::SetAccessibleName(const CString& strName) {
+    if (m_pState->pWidget) {
+        m_pState->pWidget->setAccessibleName(QString::fromStdString(strName));
+    }
+}
+
+void CWnd::SetAccessibleDescription(const CString& strDescription) {
+    const QString description = QString::fromStdString(strDescription);
+    if (m_pState->pWidget && m_pState->pWidget->accessibleDescription() != description) {
+        m_pState->pWidget->setAccessibleDescription(description);
+    }
+}
