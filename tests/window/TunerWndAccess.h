@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/multimedia/TimeGetTime.h"
+#include "window/FrameRate.h"
 #include "window/TunerWnd.h"
 
 #include <cstddef>
@@ -17,6 +19,8 @@ public:
     const Tuning& Current() { return *m_wnd.m_store.GetCurrentTuning(); }
     bool CanDelete() { return m_wnd.m_btnDel.IsWindowEnabled(); }
     CString FrameRateText() { return m_wnd.m_stcFps.GetWindowText(); }
+    // On the thread that runs frames: the next one shows the text.
+    void MakeFrameRateDue() { m_wnd.m_dwFpsStart = timeGetTime() - 2 * FRAME_RATE_PERIOD; }
     // While no frame runs.
     int FrameCount() { return m_wnd.m_nFrames; }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/multimedia/support/FakeWaveIn.h"
+#include "window/RecordingMidi.h"
 #include "window/TunerWndAccess.h"
 #include "window/User.h"
 #include "window/WorkingDirectory.h"
@@ -41,6 +42,7 @@ protected:
 
     CWorkingDirectory m_directory;
     CFakeWaveInScope m_fake;
+    CRecordingMidiScope m_midi;
     CUser m_user;
     std::unique_ptr<CTunerWnd> m_pWnd;
 };

@@ -51,6 +51,7 @@ void CUser::Look() {
     }
     for (QPushButton* const pButton : pModal->findChildren<QPushButton*>()) {
         if (pButton->property("controlId").toInt() == (m_strName ? IDOK : IDCANCEL)) {
+            m_dialogs.push_back(toolkit::ModalTitle());
             pButton->click();
             return;
         }

@@ -31,6 +31,8 @@ public:
     void LookAway();
 
     const std::vector<ShownBox>& GetBoxes() const { return m_boxes; }
+    // The titles of the dialogs that were answered.
+    const std::vector<CString>& GetDialogs() const { return m_dialogs; }
 
 private:
     struct Watch;
@@ -38,5 +40,6 @@ private:
 
     std::optional<CString> m_strName;
     std::vector<ShownBox> m_boxes;
+    std::vector<CString> m_dialogs;
     std::unique_ptr<Watch> m_pWatch;
 };

@@ -1,0 +1,150 @@
+#include "platform/windows/support/Toolkit.h"
+#include "window/ControlTable.h"
+#include "window/TunerWndTest.h"
+
+#include <array>
+#include <functional>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* STANDARD = "Standard\t3\t4\t0\t9\t0\t2\t1\t7\t1\t11\t1\t4\t2";
+constexpr const char* DROP_D = "Drop D\t4\t2\t0\t9\t0\t2\t1\t7\t1\t11\t1\t4\t2";
+constexpr const char* TEMPORARY = "User Defined Tuning";
+constexpr int LOWEST_X = 45;
+constexpr int HIGHEST_X = 170;
+
+constexpr int ESCAPE = 0x01000000;
+constexpr int ENTER = 0x01000004;
+constexpr int LEFT = 0x01000012;
+constexpr int RIGHT = 0x01000014;
+constexpr int DOWN = 0x01000015;
+
+using Items = std::vector<CString>;
+
+class MenuTest : public CTunerWndTest {
+protected:
+    void SetUp() override {
+        m_directory.Write("preset.txt", CString(STANDARD) + "\n" + DROP_D);
+        WriteState(0, 0);
+        Open();
+    }
+    // The right button at the place, and in the popup what is said; whether there was one.
+    bool RightClick(POINT pt, std::function<void()> fnDo) {
+        bool bOpened = false;
+        toolkit::Later([&bOpened, fnDo = std::move(fnDo)] {
+            bOpened = !toolkit::PopupItems().empty();
+            if (bOpened) {
+                fnDo();
+            }
+        });
+        toolkit::Press(Wnd(), pt, true);
+        toolkit::Release(Wnd(), pt, true);
+        toolkit::RunFor(40);
+        EXPECT_THAT(toolkit::PopupItems(), IsEmpty()) << "the popup is gone";
+        return bOpened;
+    }
+    const StringNote& Note(std::size_t nString) { return Access().Current().m_strings.at(nString); }
+};
+
+// Opens the menu of an octave and gives its items.
+Items OpenOctave(int nOctave) {
+    for (int i = 0; i <= nOctave; ++i) {
+        toolkit::PopupKey(DOWN);
+    }
+    toolkit::PopupKey(RIGHT);
+    return toolkit::PopupItems();
+}
+
+TEST_F(MenuTest, ShowsTheNotesWithACheckMarkAtTheStringsOwn) {
+    POINT ptMiddle{LOWEST_X, 70};
+    Wnd().ClientToScreen(ptMiddle);
+    EXPECT_TRUE(RightClick({36, 70}, [ptMiddle] {
+        EXPECT_THAT(toolkit::PopupItems(),
+                    ElementsAre("[低音>>>   ] >", "[中音>>>    ] >", "[低音>>>   ] >"));
+        EXPECT_EQ(toolkit::PopupOrigin().x, ptMiddle.x);
+        EXPECT_EQ(toolkit::PopupOrigin().y, ptMiddle.y);
+        const Items names = {"C", "C#", "D", "Eb", "E", "F", "F#", "G", "G#", "A", "Bb", "B"};
+        Items withMark = names;
+        withMark[4] = "E *";
+        EXPECT_EQ(OpenOctave(0), withMark);
+        toolkit::PopupKey(LEFT);
+        EXPECT_EQ(OpenOctave(0), names) << "the next";
+        toolkit::PopupKey(LEFT);
+        EXPECT_EQ(OpenOctave(0), names) << "and the last";
+        toolkit::PopupKey(ESCAPE);
+        toolkit::PopupKey(ESCAPE);
+    }));
+    EXPECT_TRUE(RightClick({HIGHEST_X, 70}, [] {
+        EXPECT_EQ(OpenOctave(2).at(4), "E *");
+        toolkit::PopupKey(ESCAPE);
+        toolkit::PopupKey(ESCAPE);
+    }));
+    EXPECT_THAT(m_midi->TakeNotes(), IsEmpty()) << "closing without a choice plays nothing";
+    EXPECT_TRUE(Note(0).IsNote(4, 0));
+    EXPECT_EQ(Access().List().GetCurSel(), 0);
+}
+
+TEST_F(MenuTest, SetsTheStringPlaysItAndThenFindsTheRow) {
+    // What stood there when the note began.
+    int nRow = -1;
+    StringNote note;
+    m_midi->m_fnOnNote = [this, &nRow, &note] {
+        nRow = Access().List().GetCurSel();
+        note = Note(0);
+    };
+    const auto choose = [](int nOctave, int nItem) {
+        return [nOctave, nItem] {
+            OpenOctave(nOctave);
+            toolkit::ClickPopupItem(nItem, nItem % 2 != 0);
+        };
+    };
+    EXPECT_TRUE(RightClick({LOWEST_X, 40}, choose(0, 2)));
+    EXPECT_THAT(m_midi->TakeNotes(), ElementsAre(38));
+    EXPECT_EQ(nRow, 0) << "the note comes before the row";
+    EXPECT_TRUE(note.IsNote(2, 0)) << "and behind the string";
+    EXPECT_EQ(Access().List().GetCurSel(), 1);
+    EXPECT_EQ(Access().Current().m_strName, "Drop D");
+
+    EXPECT_TRUE(RightClick({LOWEST_X, 40}, choose(0, 2)));
+    EXPECT_THAT(m_midi->TakeNotes(), ElementsAre(38));
+    EXPECT_EQ(Access().List().GetCurSel(), 1) << "the same note leaves the row";
+
+    const auto before = CopyPicture();
+    EXPECT_TRUE(RightClick({HIGHEST_X, 100}, choose(2, 11)));
+    EXPECT_THAT(m_midi->TakeNotes(), ElementsAre(11 + 12 * 5));
+    EXPECT_TRUE(Note(5).IsNote(11, 2));
+    EXPECT_THAT(Access().Rows(), ElementsAre("Standard", "Drop D", TEMPORARY));
+    EXPECT_EQ(Access().List().GetCurSel(), 2);
+    EXPECT_NE(CopyPicture(), before) << "diagram and strip show it";
+
+    // By the keyboard alone.
+    EXPECT_TRUE(RightClick({HIGHEST_X, 100}, [] {
+        OpenOctave(1);
+        toolkit::PopupKey(ENTER);
+    }));
+    EXPECT_THAT(m_midi->TakeNotes(), ElementsAre(48));
+    EXPECT_TRUE(Note(5).IsNote(0, 1));
+}
+
+TEST_F(MenuTest, OpensNothingBesideTheStrings) {
+    for (const POINT pt : {POINT{57, 60}, {25, 60}, {45, 33}, {45, 102}, {400, 20}, {300, 200}}) {
+        EXPECT_FALSE(RightClick(pt, [] { toolkit::PopupKey(ESCAPE); })) << pt.x << ", " << pt.y;
+    }
+}
+
+// The window goes while its popup, or a menu of that, is open.
+TEST_F(MenuTest, GoesWithItsWindow) {
+    EXPECT_TRUE(RightClick({LOWEST_X, 40}, [this] {
+        OpenOctave(1);
+        Wnd().SendMessage(WM_CLOSE);
+    }));
+    EXPECT_FALSE(Wnd().IsWindow());
+    EXPECT_THAT(m_midi->TakeNotes(), IsEmpty());
+    toolkit::RunPending();
+    EXPECT_EQ(toolkit::CountTopLevelWidgets(), 0);
+}
+
+}  // namespace
