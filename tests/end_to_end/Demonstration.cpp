@@ -1,19 +1,45 @@
 #include "end_to_end/Plucks.h"
 #include "end_to_end/Stage.h"
 
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
+#include <string>
 #include <thread>
 #include <vector>
 
 // Plays a sampled guitar to the tuner, string by string, on a screen that nobody sees, and keeps a picture of
-// the window for each: what the tuner looks like on a machine with neither a screen nor a microphone.
+// the window for each, all of them in one strip, and a table of what was played and what was shown: the tuner
+// on a machine with neither a screen nor a microphone.
 //   usage: fretvane_demonstration <directory for the pictures>
 
 using namespace std::chrono_literals;
 
 namespace {
+
+constexpr int COLUMNS = 3;
+
+// Pictures of one size, row by row.
+Picture Assemble(const std::vector<Picture>& pictures) {
+    const int nWidth = pictures.front().nWidth;
+    const int nHeight = pictures.front().nHeight;
+    const int nRows = (static_cast<int>(pictures.size()) + COLUMNS - 1) / COLUMNS;
+    Picture strip{COLUMNS * nWidth, nRows * nHeight, {}};
+    strip.pixels.resize(static_cast<std::size_t>(strip.nWidth) * static_cast<std::size_t>(strip.nHeight));
+    for (int i = 0; i < static_cast<int>(pictures.size()); ++i) {
+        for (int y = 0; y < nHeight; ++y) {
+            for (int x = 0; x < nWidth; ++x) {
+                const int nRow = i / COLUMNS * nHeight + y;
+                const int nColumn = i % COLUMNS * nWidth + x;
+                strip.pixels.at(static_cast<std::size_t>(nRow * strip.nWidth + nColumn)) =
+                    pictures[static_cast<std::size_t>(i)].At(x, y);
+            }
+        }
+    }
+    return strip;
+}
 
 bool Demonstrate(const std::filesystem::path& directory) {
     CSoundServer sound;
@@ -27,7 +53,8 @@ bool Demonstrate(const std::filesystem::path& directory) {
         return false;
     }
     const std::vector<Note> notes{{40, -12.0}, {45, 8.0}, {50, 0.0}, {55, 21.0}, {59, -4.0}, {64, 0.0}};
-    std::printf("string  played                shown          picture\n");
+    std::string strTable = "string  played                shown\n";
+    std::vector<Picture> pictures;
     int nString = 6;
     for (const Note& note : notes) {
         const PreparedPluck pluck = PreparePluck(note, 3.0, waves.GetPath() / "pluck.wav");
@@ -45,14 +72,21 @@ bool Demonstrate(const std::filesystem::path& directory) {
             std::fprintf(stderr, "%s could not be written.\n", file.c_str());
             return false;
         }
-        std::printf("%d       %-2s %+6.1f c %8.2f Hz  %-2s %+3d c        %s\n", nString,
-                    pluck.strNote.c_str(), pluck.fCents, pluck.fFrequency, reading.strNote.c_str(),
-                    reading.nCents.value_or(-99), file.c_str());
+        pictures.push_back(*picture);
+        std::array<char, 80> szLine{};
+        std::snprintf(szLine.data(), szLine.size(), "%d       %-2s %+6.1f c %8.2f Hz  %-2s %+3d c\n", nString,
+                      pluck.strNote.c_str(), pluck.fCents, pluck.fFrequency, reading.strNote.c_str(),
+                      reading.nCents.value_or(-99));
+        strTable += szLine.data();
         sound.StopPlaying();
         std::this_thread::sleep_for(200ms);
         --nString;
     }
-    return true;
+    std::printf("%s\nPictures of the window, a strip of all of them and this table: %s\n", strTable.c_str(),
+                directory.c_str());
+    std::ofstream table(directory / "table.txt");
+    table << strTable;
+    return table.good() && SavePng(Assemble(pictures), directory / "strip.png");
 }
 
 }  // namespace
