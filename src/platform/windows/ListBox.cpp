@@ -1,17 +1,62 @@
 #include "platform/windows/ListBox.h"
 
+#include "platform/windows/DialogUnits.h"
 #include "platform/windows/WndState.h"
 
+#include <QtGui/QPainter>
+#include <QtGui/QTextOption>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QListWidget>
+#include <QtWidgets/QStyledItemDelegate>
 #include <bit>
+#include <utility>
 
 namespace {
 
+constexpr int g_nFirstTabStops = 32;
+constexpr int g_nReadable = 0x40;
+
+// Draws a row whose text has columns.
+class CTabbedRows final : public QStyledItemDelegate {
+public:
+    void SetTabStops(int nUnits) { m_nUnits = nUnits; }
+
+    void paint(QPainter* pPainter, const QStyleOptionViewItem& given,
+               const QModelIndex& index) const override {
+        QStyleOptionViewItem option(given);
+        initStyleOption(&option, index);
+        const QString text = std::exchange(option.text, QString());
+        QStyle& style = *option.widget->style();
+        style.drawControl(QStyle::CE_ItemViewItem, &option, pPainter, option.widget);
+
+        const bool bEnabled = option.state.testFlag(QStyle::State_Enabled);
+        const bool bSelected = option.state.testFlag(QStyle::State_Selected);
+        pPainter->setFont(option.font);
+        pPainter->setPen(option.palette.color(bEnabled ? QPalette::Active : QPalette::Disabled,
+                                              bSelected ? QPalette::HighlightedText : QPalette::Text));
+        QTextOption columns(Qt::AlignLeft | Qt::AlignVCenter);
+        columns.setWrapMode(QTextOption::NoWrap);
+        columns.setTabStopDistance(CDialogUnits(option.font).X(m_nUnits));
+        const int nMargin = style.pixelMetric(QStyle::PM_FocusFrameHMargin, &option, option.widget) + 1;
+        pPainter->drawText(QRectF(option.rect.adjusted(nMargin, 0, 0, 0)), text, columns);
+    }
+
+private:
+    int m_nUnits = g_nFirstTabStops;
+};
+
 class CListWidget final : public QListWidget {
 public:
-    CListWidget(std::shared_ptr<CWndLink> pLink, bool bNotify, int nRoom)
-        : m_pLink(std::move(pLink)), m_bNotify(bNotify), m_nRoom(nRoom) {
+    CListWidget(std::shared_ptr<CWndLink> pLink, DWORD dwStyle, int nRoom)
+        : m_pLink(std::move(pLink)), m_bNotify((dwStyle & LBS_NOTIFY) != 0), m_nRoom(nRoom) {
+        if ((dwStyle & LBS_USETABSTOPS) != 0) {
+            m_pTabbedRows = std::make_unique<CTabbedRows>();
+            setItemDelegate(m_pTabbedRows.get());
+        }
+        // What can't be picked from is still there to be read.
+        QPalette readable(palette());
+        readable.setColor(QPalette::Disabled, QPalette::Text, QColor(g_nReadable, g_nReadable, g_nReadable));
+        setPalette(readable);
         setSelectionMode(QAbstractItemView::SingleSelection);
         setEditTriggers(QAbstractItemView::NoEditTriggers);
         setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -38,6 +83,14 @@ public:
         }
         m_nSelected = GetSelected();
         m_bByCode = false;
+    }
+    bool SetTabStops(int nUnits) {
+        if (!m_pTabbedRows) {
+            return false;
+        }
+        m_pTabbedRows->SetTabStops(nUnits);
+        viewport()->update();
+        return true;
     }
     void Insert(int nRow, const QString& text) {
         insertItem(nRow, text);
@@ -99,6 +152,7 @@ private:
     const std::shared_ptr<CWndLink> m_pLink;
     const bool m_bNotify;
     const int m_nRoom;
+    std::unique_ptr<CTabbedRows> m_pTabbedRows;
     bool m_bByCode = false;
     int m_nSelected = LB_ERR;
 };
@@ -107,12 +161,8 @@ CListWidget* ListOf(const CWnd& wnd) {
     return dynamic_cast<CListWidget*>(CWndState::Of(wnd).pWidget.get());
 }
 
-QString TextOfParam(LPARAM lParam) {
-    return QString::fromUtf8(std::bit_cast<const char*>(lParam));
-}
-
-LPARAM ParamOfText(const CString& strText) {
-    return std::bit_cast<LPARAM>(strText.c_str());
+QString RowText(LPARAM lParam) {
+    return QString::fromUtf8(TextOfParam(lParam));
 }
 
 bool IsRow(const QListWidget& list, int nRow) {
@@ -161,7 +211,7 @@ bool CListBox::Create(DWORD dwStyle, const RECT& rc, CWnd* pParent, int nId) {
         return false;
     }
     CWndState& state = CWndState::Of(*this);
-    auto pList = std::make_unique<CListWidget>(state.pLink, (dwStyle & LBS_NOTIFY) != 0, rc.Height());
+    auto pList = std::make_unique<CListWidget>(state.pLink, dwStyle, rc.Height());
     return state.Attach(std::move(pList), {{}, dwStyle | WS_CHILD, rc, pParent, nId});
 }
 
@@ -173,9 +223,9 @@ LRESULT CListBox::DefWindowProc(UINT nMessage, WPARAM wParam, LPARAM lParam) {
     const int nRow = static_cast<int>(wParam);
     switch (nMessage) {
         case LB_ADDSTRING:
-            return Insert(*pList, -1, TextOfParam(lParam));
+            return Insert(*pList, -1, RowText(lParam));
         case LB_INSERTSTRING:
-            return Insert(*pList, nRow, TextOfParam(lParam));
+            return Insert(*pList, nRow, RowText(lParam));
         case LB_DELETESTRING:
             return Delete(*pList, nRow);
         case LB_GETCOUNT:
@@ -185,18 +235,20 @@ LRESULT CListBox::DefWindowProc(UINT nMessage, WPARAM wParam, LPARAM lParam) {
         case LB_SETCURSEL:
             return Select(*pList, nRow);
         case LB_FINDSTRING:
-            return Find(*pList, nRow, TextOfParam(lParam));
+            return Find(*pList, nRow, RowText(lParam));
+        case LB_SETTABSTOPS:
+            return wParam == 1 && pList->SetTabStops(*std::bit_cast<const int*>(lParam)) ? 1 : 0;
         default:
             return CWnd::DefWindowProc(nMessage, wParam, lParam);
     }
 }
 
 int CListBox::AddString(const CString& strText) {
-    return Ask(LB_ADDSTRING, 0, ParamOfText(strText));
+    return Ask(LB_ADDSTRING, 0, MakeTextParam(strText));
 }
 
 int CListBox::InsertString(int nIndex, const CString& strText) {
-    return Ask(LB_INSERTSTRING, nIndex, ParamOfText(strText));
+    return Ask(LB_INSERTSTRING, nIndex, MakeTextParam(strText));
 }
 
 int CListBox::DeleteString(int nIndex) {
@@ -216,7 +268,11 @@ int CListBox::SetCurSel(int nIndex) {
 }
 
 int CListBox::FindString(int nStartAfter, const CString& strPrefix) {
-    return Ask(LB_FINDSTRING, nStartAfter, ParamOfText(strPrefix));
+    return Ask(LB_FINDSTRING, nStartAfter, MakeTextParam(strPrefix));
+}
+
+bool CListBox::SetTabStops(int nEachStop) {
+    return Ask(LB_SETTABSTOPS, 1, std::bit_cast<LPARAM>(&nEachStop)) == 1;
 }
 
 CString CListBox::GetText(int nIndex) const {

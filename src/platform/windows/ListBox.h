@@ -4,7 +4,7 @@
 
 // Rows of text, unsorted, at most one selected. When the user selects another row the parent gets WM_COMMAND
 // with LBN_SELCHANGE (if LBS_NOTIFY is set); a selection made in code tells nobody. The box takes as much of
-// its height as whole rows need.
+// its height as whole rows need. With LBS_USETABSTOPS a TAB in a row's text leads to the next tab stop.
 class CListBox : public CWnd {
 public:
     bool Create(DWORD dwStyle, const RECT& rc, CWnd* pParent, int nId);
@@ -25,6 +25,8 @@ public:
     // The first row that begins with the text, whatever its case, looked for from the row behind nStartAfter
     // to the end and then from the first row on; LB_ERR if there is none. -1 begins at the first row.
     int FindString(int nStartAfter, const CString& strPrefix);
+    // Tab stops at every multiple of this many dialog units, 32 at first. False without LBS_USETABSTOPS.
+    bool SetTabStops(int nEachStop);
     // The text of a row, empty if there is no such row.
     CString GetText(int nIndex) const;
 

@@ -2,6 +2,8 @@
 
 #include "platform/base/Types.h"
 
+#include <bit>
+
 // The messages, notification codes, styles and key codes in use, under their usual names and numbers.
 
 inline constexpr UINT WM_CREATE = 0x0001;
@@ -34,7 +36,14 @@ inline constexpr UINT LB_SETCURSEL = 0x0186;
 inline constexpr UINT LB_GETCURSEL = 0x0188;
 inline constexpr UINT LB_GETCOUNT = 0x018B;
 inline constexpr UINT LB_FINDSTRING = 0x018F;
+inline constexpr UINT LB_SETTABSTOPS = 0x0192;  // wParam: 1; lParam: points to an int, dialog units
 inline constexpr int LB_ERR = -1;
+
+// Combo box messages. CComboBox has a typed call for each.
+inline constexpr UINT CB_GETCURSEL = 0x0147;
+inline constexpr UINT CB_INSERTSTRING = 0x014A;
+inline constexpr UINT CB_SETCURSEL = 0x014E;
+inline constexpr int CB_ERR = -1;
 
 // Slider messages. CSliderCtrl has a typed call for each.
 inline constexpr UINT TBM_GETPOS = 0x0400;
@@ -45,6 +54,7 @@ inline constexpr UINT TBM_SETTICFREQ = 0x0414;  // wParam: units from tick to ti
 // Notification codes: the high word of WM_COMMAND's wParam.
 inline constexpr UINT BN_CLICKED = 0;
 inline constexpr UINT LBN_SELCHANGE = 1;
+inline constexpr UINT CBN_SELCHANGE = 1;
 inline constexpr UINT EN_CHANGE = 0x0300;
 
 // Notification codes of WM_NOTIFY.
@@ -52,6 +62,7 @@ inline constexpr UINT NM_RELEASEDCAPTURE = 0xFFFFFFF0;  // -16
 
 inline constexpr int IDOK = 1;
 inline constexpr int IDCANCEL = 2;
+inline constexpr int ID_APPLY_NOW = 12321;  // of a property sheet
 
 inline constexpr DWORD WS_CHILD = 0x40000000;
 inline constexpr DWORD WS_VISIBLE = 0x10000000;
@@ -65,6 +76,8 @@ inline constexpr DWORD BS_DEFPUSHBUTTON = 0x00000001;
 inline constexpr DWORD BS_GROUPBOX = 0x00000007;
 inline constexpr DWORD SS_SUNKEN = 0x00001000;
 inline constexpr DWORD LBS_NOTIFY = 0x00000001;
+inline constexpr DWORD LBS_USETABSTOPS = 0x00000080;
+inline constexpr DWORD CBS_DROPDOWN = 0x00000002;
 inline constexpr DWORD ES_AUTOHSCROLL = 0x00000080;
 
 inline constexpr int SW_HIDE = 0;
@@ -126,6 +139,14 @@ constexpr int IdOfCommand(WPARAM wParam) {
 }
 constexpr UINT CodeOfCommand(WPARAM wParam) {
     return static_cast<UINT>(wParam >> 16U & 0xFFFFU);
+}
+
+// A text in an lParam, for the length of the call.
+inline LPARAM MakeTextParam(const CString& strText) {
+    return std::bit_cast<LPARAM>(strText.c_str());
+}
+inline const char* TextOfParam(LPARAM lParam) {
+    return std::bit_cast<const char*>(lParam);
 }
 
 class CWnd;
