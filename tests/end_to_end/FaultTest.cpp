@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <string>
+#include <thread>
 
 // What the user sees when sound goes wrong, in the real program.
 
@@ -25,10 +26,11 @@ protected:
     }
 
     // Plays the note until the window shows it.
-    bool Hears(const PreparedPluck& pluck, std::chrono::milliseconds timeout = 10s) {
+    bool Hears(const PreparedPluck& pluck, std::chrono::milliseconds timeout = 10s,
+               const std::string& strSink = "mic_feed") {
         const auto deadline = std::chrono::steady_clock::now() + timeout;
         while (std::chrono::steady_clock::now() < deadline) {
-            if (!m_sound.PlayIntoMicrophone(pluck.waveFile)) {
+            if (!m_sound.Play(pluck.waveFile, strSink)) {
                 return false;
             }
             const DisplayedReading reading = m_stage.ReadUntil(
@@ -58,6 +60,43 @@ TEST_F(Faults, MicrophoneTakenAwayAndPutBackIsHeardAgain) {
     EXPECT_TRUE(Hears(m_other));
     EXPECT_EQ(m_stage.ReadFile("errorlog.txt").find("Unable"),
               m_stage.ReadFile("errorlog.txt").rfind("Unable"));
+}
+
+TEST_F(Faults, ThePreferredMicrophoneIsFollowedAndAnotherOnesEndDoesNotMatter) {
+    ASSERT_NO_FATAL_FAILURE(StartAll());
+    ASSERT_TRUE(m_sound.Control({"load-module", "module-null-sink", "sink_name=second_feed"}));
+    const auto second = m_sound.Control(
+        {"load-module", "module-remap-source", "source_name=second", "master=second_feed.monitor"});
+    ASSERT_TRUE(second);
+    const std::string strSecond = second->substr(0, second->find('\n'));
+    ASSERT_TRUE(m_sound.Control({"set-default-source", "second"}));
+    EXPECT_TRUE(Hears(m_other, 10s, "second_feed"));
+    ASSERT_TRUE(m_sound.Control({"set-default-source", "mic"}));
+    EXPECT_TRUE(Hears(m_pluck));
+    ASSERT_TRUE(m_sound.Control({"unload-module", strSecond}));
+    EXPECT_TRUE(Hears(m_other));
+    EXPECT_EQ(m_stage.ReadFile("errorlog.txt").find("recording device"), std::string::npos);
+}
+
+TEST_F(Faults, AServerThatStallsForFiveSecondsIsHeardAgain) {
+    ASSERT_NO_FATAL_FAILURE(StartAll());
+    m_sound.SignalServer(SIGSTOP);
+    std::this_thread::sleep_for(5s);
+    EXPECT_EQ(m_stage.Read().needleColor, 0xA0A0A0U) << "what is not heard is not shown as live";
+    m_sound.SignalServer(SIGCONT);
+    EXPECT_TRUE(Hears(m_other));
+}
+
+TEST_F(Faults, AMutedMicrophoneTurnsTheNeedleGrey) {
+    ASSERT_NO_FATAL_FAILURE(StartAll());
+    ASSERT_TRUE(m_sound.PlayIntoMicrophone(m_pluck.waveFile));
+    const auto isGrey = [](const DisplayedReading& reading) { return reading.needleColor == 0xA0A0A0; };
+    const auto isLive = [](const DisplayedReading& reading) { return reading.needleColor == 0x0000A0; };
+    ASSERT_TRUE(isLive(m_stage.ReadUntil(isLive, 5s)));
+    ASSERT_TRUE(m_sound.Control({"set-source-mute", "mic", "1"}));
+    EXPECT_TRUE(isGrey(m_stage.ReadUntil(isGrey, 6s)));
+    ASSERT_TRUE(m_sound.Control({"set-source-mute", "mic", "0"}));
+    EXPECT_TRUE(isLive(m_stage.ReadUntil(isLive, 6s)));
 }
 
 TEST_F(Faults, ServerThatDiesAndReturnsIsFoundAgain) {

@@ -63,8 +63,8 @@ void CSoundServer::SignalServer(int nSignal) const {
     }
 }
 
-bool CSoundServer::PlayIntoMicrophone(const fs::path& waveFile) {
-    return m_player.Start({"paplay", "--latency-msec=50", "-d", "mic_feed", waveFile.string()}, m_environment,
+bool CSoundServer::Play(const fs::path& waveFile, const std::string& strSink) {
+    return m_player.Start({"paplay", "--latency-msec=50", "-d", strSink, waveFile.string()}, m_environment,
                           m_directory.GetPath(), m_directory.GetPath() / "player.log");
 }
 

@@ -25,7 +25,8 @@ public:
     // What a program needs in its environment to find the server.
     const CChildProcess::Environment& GetEnvironment() const { return m_environment; }
     // Plays a WAV file into the microphone, from now on and beside the caller; a second call ends the first.
-    bool PlayIntoMicrophone(const std::filesystem::path& waveFile);
+    bool PlayIntoMicrophone(const std::filesystem::path& waveFile) { return Play(waveFile, "mic_feed"); }
+    bool Play(const std::filesystem::path& waveFile, const std::string& strSink);
     // To the server's own process: SIGSTOP freezes it.
     void SignalServer(int nSignal) const;
     void StopPlaying() { m_player.End(); }
