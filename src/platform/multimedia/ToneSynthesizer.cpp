@@ -1,7 +1,8 @@
 #include "platform/multimedia/ToneSynthesizer.h"
 
-#include "platform/multimedia/PitchEstimate.h"
+#include "platform/multimedia/PitchTrack.h"
 #include "platform/multimedia/ShortMessage.h"
+#include "platform/multimedia/StretchedSound.h"
 
 #include <fluidsynth.h>
 
@@ -10,14 +11,15 @@
 
 namespace {
 
-constexpr std::size_t OFFSETS = 4;
-constexpr double OFFSET_STEP = 1.0 / static_cast<double>(OFFSETS);  // cents
+// A note has one to itself until so many others have begun: longer than it takes to die away.
+constexpr std::size_t VOICES = 4;
 constexpr int GUITAR = 24;
 constexpr int FIRST_KEY = 36;
 constexpr int LAST_KEY = 72;
 constexpr int MEASURED_VELOCITY = 127;
-constexpr double MEASURED_SECONDS = 0.75;
-constexpr double ATTACK_SECONDS = 0.05;
+constexpr double MEASURED_SECONDS = 0.9;
+// The stretching is set anew for each piece.
+constexpr std::size_t PIECE_FRAMES = 128;
 constexpr int BEND_MIDDLE = 8192;
 constexpr double CENTS_OF_FULL_BEND = 200.0;
 // What the synthesizer makes of it: a range of 2 out of 128 and not out of 127 parts of 12700 cents.
@@ -26,6 +28,7 @@ constexpr int POLYPHONY = 64;
 // Loud enough, and far enough from clipping.
 constexpr double GAIN = 0.6;
 constexpr double CENTS_PER_KEY = 100.0;
+constexpr double CENTS_OF_OCTAVE = 1200.0;
 constexpr int A_KEY = 69;
 constexpr double A_FREQUENCY = 440.0;
 // In the middle of the cent that the synthesizer cuts to: rounding can't tip it over.
@@ -54,15 +57,23 @@ struct SynthDeleter {
 
 }  // namespace
 
-// One synthesizer, which sounds all keys too high by its offset.
+// One synthesizer, and how the sound of its latest note is stretched.
 struct CToneSynthesizer::Voice {
     std::unique_ptr<fluid_settings_t, SettingsDeleter> pSettings;
     std::unique_ptr<fluid_synth_t, SynthDeleter> pSynth;
+    CStretchedSound sound{[this](std::span<float> stereo) {
+        fluid_synth_write_float(pSynth.get(), static_cast<int>(stereo.size() / 2), stereo.data(), 0, 2,
+                                stereo.data(), 1, 2);
+    }};
+    const std::vector<float>* pTrack = nullptr;  // none for a note whose pitch is believed
+    double fCentsMissing = 0.0;                  // from the whole cent that it is tuned to
+    double fTrackSpeed = 1.0;                    // a bent sample runs faster or slower than it was measured
+    double fNoteStart = 0.0;                     // in frames of the sound
 
-    bool Load(const std::string& strSoundFont, double fOffset) {
+    bool Load(const std::string& strSoundFont) {
         pSettings.reset(new_fluid_settings());
         fluid_settings_t* const p = pSettings.get();
-        fluid_settings_setnum(p, "synth.sample-rate", SYNTHESIZER_RATE * std::exp2(-fOffset / 1200.0));
+        fluid_settings_setnum(p, "synth.sample-rate", SYNTHESIZER_RATE);
         fluid_settings_setint(p, "synth.dynamic-sample-loading", 1);
         fluid_settings_setint(p, "synth.reverb.active", 0);
         fluid_settings_setint(p, "synth.chorus.active", 0);
@@ -83,6 +94,24 @@ struct CToneSynthesizer::Voice {
         fluid_synth_tune_notes(pSynth.get(), TUNING_BANK, TUNING_PROGRAM, 1, &nKey, &fCents, 0);
         fluid_synth_activate_tuning(pSynth.get(), nChannel, TUNING_BANK, TUNING_PROGRAM, 0);
     }
+    // What the sample is off by where it is heard next, in cents.
+    double Deviation() const {
+        if (pTrack == nullptr || pTrack->empty()) {
+            return 0.0;
+        }
+        const double fSeconds = std::max(0.0, sound.GetPosition() - fNoteStart) / SYNTHESIZER_RATE;
+        const double fPlace = fSeconds * fTrackSpeed / PITCH_TRACK_STEP;
+        const auto nLast = pTrack->size() - 1;
+        if (fPlace >= static_cast<double>(nLast)) {
+            return static_cast<double>(pTrack->back());
+        }
+        const auto nPlace = static_cast<std::size_t>(fPlace);
+        return std::lerp(static_cast<double>((*pTrack)[nPlace]), static_cast<double>((*pTrack)[nPlace + 1]),
+                         fPlace - static_cast<double>(nPlace));
+    }
+    void AddTo(std::span<float> stereo) {
+        sound.AddTo(stereo, std::exp2((fCentsMissing - Deviation()) / CENTS_OF_OCTAVE));
+    }
 };
 
 CToneSynthesizer::CToneSynthesizer() {
@@ -94,35 +123,30 @@ CToneSynthesizer::~CToneSynthesizer() = default;
 std::unique_ptr<CToneSynthesizer> CToneSynthesizer::Load(const std::string& strSoundFont) {
     SilenceLog();
     std::unique_ptr<CToneSynthesizer> pSynthesizer(new CToneSynthesizer);
-    for (std::size_t i = 0; i < OFFSETS; ++i) {
+    for (std::size_t i = 0; i < VOICES; ++i) {
         pSynthesizer->m_voices.push_back(std::make_unique<Voice>());
-        if (!pSynthesizer->m_voices.back()->Load(strSoundFont, static_cast<double>(i) * OFFSET_STEP)) {
+        if (!pSynthesizer->m_voices.back()->Load(strSoundFont)) {
             return nullptr;
         }
         // The samples are there before the first note is asked for.
         fluid_synth_program_change(pSynthesizer->m_voices.back()->pSynth.get(), 0, GUITAR);
     }
-    pSynthesizer->MeasureDeviations();
+    pSynthesizer->MeasureTracks();
     return pSynthesizer;
 }
 
-void CToneSynthesizer::MeasureDeviations() {
+void CToneSynthesizer::MeasureTracks() {
     const Voice& voice = *m_voices.front();
     fluid_synth_t* const pSynth = voice.pSynth.get();
     std::vector<float> left(static_cast<std::size_t>(MEASURED_SECONDS * SYNTHESIZER_RATE));
     std::vector<float> right(left.size());
-    const auto nAttack = static_cast<std::size_t>(ATTACK_SECONDS * SYNTHESIZER_RATE);
     for (int nKey = FIRST_KEY; nKey <= LAST_KEY; ++nKey) {
         fluid_synth_system_reset(pSynth);
         fluid_synth_program_change(pSynth, 0, GUITAR);
         voice.Tune(0, nKey, CENTS_PER_KEY * nKey + MIDDLE_OF_CENT);
         fluid_synth_noteon(pSynth, 0, nKey, MEASURED_VELOCITY);
         fluid_synth_write_float(pSynth, static_cast<int>(left.size()), left.data(), 0, 1, right.data(), 0, 1);
-        const double fFrequency =
-            EstimatePitch(std::span<const float>(left).subspan(nAttack), SYNTHESIZER_RATE, FrequencyOf(nKey));
-        if (fFrequency > 0.0) {
-            m_deviations[static_cast<std::size_t>(nKey)] = 1200.0 * std::log2(fFrequency / FrequencyOf(nKey));
-        }
+        m_tracks[static_cast<std::size_t>(nKey)] = TrackPitch(left, SYNTHESIZER_RATE, FrequencyOf(nKey));
     }
     Reset();
 }
@@ -184,21 +208,22 @@ void CToneSynthesizer::ShortMsg(DWORD dwMessage) {
     }
 }
 
-double CToneSynthesizer::DeviationOf(std::size_t nChannel, int nKey) const {
-    return m_programs[nChannel] == GUITAR ? m_deviations[static_cast<std::size_t>(nKey)] : 0.0;
-}
-
 void CToneSynthesizer::NoteOn(std::size_t nChannel, int nKey, int nVelocity) {
     NoteOff(nChannel, nKey);
     const double fTurn =
         static_cast<double>(m_bends[nChannel] - BEND_MIDDLE) / static_cast<double>(BEND_MIDDLE);
-    const double fWanted = CENTS_PER_KEY * nKey + CENTS_OF_FULL_BEND * fTurn - DeviationOf(nChannel, nKey);
-    const double fSteps = std::round(fWanted / OFFSET_STEP);
-    const double fWhole = std::floor(fSteps * OFFSET_STEP);
-    const auto nVoice = static_cast<std::size_t>(fSteps - fWhole / OFFSET_STEP);
-    const Voice& voice = *m_voices[nVoice];
-    m_playedBy[nChannel][static_cast<std::size_t>(nKey)] = static_cast<BYTE>(nVoice);
-    voice.Tune(static_cast<int>(nChannel), nKey, fWhole + MIDDLE_OF_CENT - CENTS_OF_ITS_FULL_BEND * fTurn);
+    const double fBend = CENTS_OF_FULL_BEND * fTurn;
+    const double fWhole = std::floor(fBend);
+    Voice& voice = *m_voices[m_nNextVoice];
+    m_playedBy[nChannel][static_cast<std::size_t>(nKey)] = static_cast<BYTE>(m_nNextVoice);
+    m_nNextVoice = (m_nNextVoice + 1) % m_voices.size();
+    voice.pTrack = m_programs[nChannel] == GUITAR ? &m_tracks[static_cast<std::size_t>(nKey)] : nullptr;
+    voice.fCentsMissing = fBend - fWhole;
+    voice.fTrackSpeed = std::exp2(fBend / CENTS_OF_OCTAVE);
+    voice.fNoteStart = static_cast<double>(voice.sound.GetAskedFor());
+    // The bend of the synthesizer's own is taken off again.
+    voice.Tune(static_cast<int>(nChannel), nKey,
+               CENTS_PER_KEY * nKey + fWhole + MIDDLE_OF_CENT - CENTS_OF_ITS_FULL_BEND * fTurn);
     fluid_synth_noteon(voice.pSynth.get(), static_cast<int>(nChannel), nKey, nVelocity);
 }
 
@@ -217,12 +242,10 @@ void CToneSynthesizer::Reset() {
 
 void CToneSynthesizer::Render(std::span<float> stereo) {
     std::fill(stereo.begin(), stereo.end(), 0.0F);
-    m_mix.resize(stereo.size());
-    for (const auto& pVoice : m_voices) {
-        fluid_synth_write_float(pVoice->pSynth.get(), static_cast<int>(stereo.size() / 2), m_mix.data(), 0, 2,
-                                m_mix.data(), 1, 2);
-        for (std::size_t i = 0; i < stereo.size(); ++i) {
-            stereo[i] += m_mix[i];
+    for (std::size_t n = 0; n < stereo.size(); n += 2 * PIECE_FRAMES) {
+        const auto piece = stereo.subspan(n, std::min(2 * PIECE_FRAMES, stereo.size() - n));
+        for (const auto& pVoice : m_voices) {
+            pVoice->AddTo(piece);
         }
     }
     m_bSilent = std::all_of(stereo.begin(), stereo.end(), [](float f) { return std::fabs(f) < INAUDIBLE; });

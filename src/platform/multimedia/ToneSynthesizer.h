@@ -14,10 +14,11 @@ inline constexpr int SYNTHESIZER_RATE = 44100;
 // A General MIDI synthesizer whose guitar notes are in tune.
 //
 // Two things put such a synthesizer out of tune. The samples of a SoundFont are off by some cents, each by
-// its own; and the sum of key, tuning and bend is cut to whole cents. So the deviation of each key is
-// measured when the SoundFont is loaded, and there are several synthesizers, apart by a fraction of a cent
-// through their sample rates. A note goes to the one, and to the whole cent in it, where it comes closest to
-// its frequency with the bend that holds when it starts: within an eighth of a cent.
+// its own, and the start of a note not as much as the loop that follows; and the sum of key, tuning and bend
+// is cut to whole cents. So the pitch of each guitar key is followed through a whole note when the SoundFont
+// is loaded. Each new note goes to another of several synthesizers, tuned to the whole cent below, and the
+// sound of that one is stretched by what is missing at each moment: the fraction of the cent, less the
+// deviation of the sample. The bend is the one that holds when the note starts.
 //
 // One thread at a time. Nothing is printed.
 class CToneSynthesizer {
@@ -42,17 +43,16 @@ private:
     static constexpr std::size_t KEYS = 128;
 
     CToneSynthesizer();
-    void MeasureDeviations();
+    void MeasureTracks();
     void NoteOn(std::size_t nChannel, int nKey, int nVelocity);
     void NoteOff(std::size_t nChannel, int nKey);
-    double DeviationOf(std::size_t nChannel, int nKey) const;
     void Reset();
 
-    std::vector<std::unique_ptr<Voice>> m_voices;  // ordered by their offset in cents
-    std::array<double, KEYS> m_deviations{};       // cents, of the guitar's keys
-    std::array<int, CHANNELS> m_bends{};           // 0 to 16383
+    std::vector<std::unique_ptr<Voice>> m_voices;
+    std::size_t m_nNextVoice = 0;
+    std::array<std::vector<float>, KEYS> m_tracks;  // of the guitar's keys; empty where unknown
+    std::array<int, CHANNELS> m_bends{};            // 0 to 16383
     std::array<int, CHANNELS> m_programs{};
     std::array<std::array<BYTE, KEYS>, CHANNELS> m_playedBy{};  // which voice has a key's latest note
-    std::vector<float> m_mix;
     bool m_bSilent = true;
 };
