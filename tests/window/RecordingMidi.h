@@ -20,6 +20,11 @@ public:
         const std::scoped_lock lock(m_lock);
         return m_notes.size();
     }
+    // The last bend of the wheel.
+    int GetBend() {
+        const std::scoped_lock lock(m_lock);
+        return m_nBend;
+    }
     // Called at each note, on the thread that plays it. Set while nothing sounds.
     std::function<void()> m_fnOnNote;
 
@@ -38,6 +43,11 @@ private:
     public:
         explicit CPort(std::shared_ptr<CRecordingMidi> pMidi) : m_pMidi(std::move(pMidi)) {}
         MMRESULT ShortMsg(DWORD dwMessage) override {
+            if ((dwMessage & 0xF0U) == 0xE0U) {
+                const std::scoped_lock lock(m_pMidi->m_lock);
+                m_pMidi->m_nBend =
+                    static_cast<int>((dwMessage >> 8U & 0x7FU) | (dwMessage >> 16U & 0x7FU) << 7U);
+            }
             if ((dwMessage & 0xF0U) == 0x90U && (dwMessage >> 16U) != 0) {
                 m_pMidi->Note(static_cast<int>(dwMessage >> 8U & 0x7FU));
             }
@@ -66,6 +76,7 @@ private:
 
     std::mutex m_lock;
     std::vector<int> m_notes;
+    int m_nBend = 0;
 };
 
 // Puts one in the place of the synthesizer for the length of a test.

@@ -69,6 +69,11 @@ void SendKey(const CWnd& wnd, QEvent::Type type, int nKey, const CString& strTex
     QApplication::sendEvent(&WidgetOf(wnd), &event);
 }
 
+CWnd* ModalItem(int nId) {
+    const CWnd* const pModal = CWndState::Find(QApplication::activeModalWidget());
+    return pModal != nullptr ? pModal->GetDlgItem(nId) : nullptr;
+}
+
 // The widget that the window system would give the mouse to.
 std::pair<QWidget*, QPoint> Under(const CWnd& topLevel, POINT pt) {
     QWidget& top = WidgetOf(topLevel);
@@ -234,6 +239,15 @@ void ClickPopupItem(int nItem, bool bRight) {
     const QPoint pt = pMenu->actionGeometry(pMenu->actions().at(nItem)).center();
     QTest::mouseMove(pMenu, pt);
     QTest::mouseClick(pMenu, bRight ? Qt::RightButton : Qt::LeftButton, {}, pt);
+}
+
+void TypeIntoModal(int nId, const CString& strText) {
+    TypeText(*ModalItem(nId), strText);
+}
+
+void ClickInModal(int nId) {
+    constexpr POINT ptInside{5, 5};
+    Click(*ModalItem(nId), ptInside);
 }
 
 CString TextOf(const CWnd& control) {

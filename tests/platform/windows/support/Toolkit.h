@@ -63,6 +63,9 @@ CString ModalTitle();
 // The text that a message box shows.
 CString ModalText();
 void CloseModal();
+// In the control of it that has this id.
+void TypeIntoModal(int nId, const CString& strText);
+void ClickInModal(int nId);
 
 // The popup menu that is open in front, item by item: the text, and behind it " *" for a check mark or " >"
 // for a menu of its own. Empty if there is none.
