@@ -1,36 +1,16 @@
 #include "platform/windows/Dialog.h"
 
 #include "platform/windows/DialogControls.h"
+#include "platform/windows/ModalLoop.h"
 #include "platform/windows/WinApp.h"
 #include "platform/windows/WndState.h"
 
-#include <QtCore/QEventLoop>
 #include <QtWidgets/QApplication>
-#include <QtWidgets/QDialog>
+#include <QtWidgets/QWidget>
 #include <array>
+#include <utility>
 
 namespace {
-
-// The toolkit's dialog knows Enter and the default button; its Escape becomes ours.
-class CDialogWidget final : public QDialog {
-public:
-    explicit CDialogWidget(std::shared_ptr<CWndLink> pLink)
-        : QDialog(nullptr, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
-                               Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint),
-          m_pLink(std::move(pLink)) {
-        setWindowModality(Qt::ApplicationModal);
-        setContextMenuPolicy(Qt::PreventContextMenu);
-    }
-
-    void reject() override {
-        if (CWndState* const pState = m_pLink->StateFor(this)) {
-            pState->wnd.SendMessage(WM_COMMAND, MakeCommandParam(IDCANCEL, BN_CLICKED), 0);
-        }
-    }
-
-private:
-    const std::shared_ptr<CWndLink> m_pLink;
-};
 
 // The first control that takes the keyboard gets it, the text of an edit box selected.
 void FocusFirst(const CWndState& dialog) {
@@ -45,11 +25,6 @@ void FocusFirst(const CWndState& dialog) {
 }
 
 }  // namespace
-
-struct CDialog::CModalLoop {
-    QEventLoop loop;
-    bool bEnded = false;
-};
 
 CDialog::CDialog(const DialogTemplate& dialogTemplate, CWnd* pParent)
     : m_template(dialogTemplate),
@@ -76,12 +51,10 @@ int CDialog::DoModal() {
         return -1;
     }
     const std::shared_ptr<CWndLink> pOwner = CWndState::LinkOf(m_pOwner);
-    m_nResult = IDCANCEL;
     m_pLoop = std::make_unique<CModalLoop>();
     CWndState& state = CWndState::Of(*this);
     state.bDialog = true;
-    if (!state.Attach(std::make_unique<CDialogWidget>(state.pLink),
-                      {m_template.szTitle, 0, {}, m_pOwner, 0}) ||
+    if (!state.Attach(MakeDialogWidget(state.pLink), {m_template.szTitle, 0, {}, m_pOwner, 0}) ||
         !CreateControls()) {
         DestroyWindow();
         m_controls.clear();
@@ -91,16 +64,11 @@ int CDialog::DoModal() {
     if (OnInitDialog()) {
         FocusFirst(state);
     }
-    if (!m_pLoop->bEnded && IsWindow()) {
-        PlaceAbove(*state.pWidget, m_pOwner);
-        state.pWidget->show();
-        m_pLoop->loop.exec(QEventLoop::DialogExec);
-    }
+    m_pLoop->Run(*this, m_pOwner);
     DestroyWindow();
     ActivateOwner(pOwner);
     m_controls.clear();
-    m_pLoop.reset();
-    return m_nResult;
+    return std::exchange(m_pLoop, nullptr)->GetResult();
 }
 
 bool CDialog::CreatePage(CWnd* pParent) {
@@ -137,12 +105,9 @@ bool CDialog::CreateControls() {
 }
 
 void CDialog::EndDialog(int nResult) {
-    if (!m_pLoop || m_pLoop->bEnded) {
-        return;
+    if (m_pLoop) {
+        m_pLoop->End(nResult);
     }
-    m_nResult = nResult;
-    m_pLoop->bEnded = true;
-    m_pLoop->loop.quit();
 }
 
 // The window can also go without the dialog's own doing: with its owner.

@@ -6,6 +6,8 @@
 #include <memory>
 #include <vector>
 
+class CModalLoop;
+
 // A dialog made from a template. Its controls are tabbed through in the order of the template; Enter is the
 // default button, Escape and the close box are Cancel.
 class CDialog : public CWnd {
@@ -18,6 +20,8 @@ public:
     // owner's window goes meanwhile: IDCANCEL. -1 if the dialog can't be made.
     int DoModal();
     void EndDialog(int nResult);
+
+    const DialogTemplate& GetTemplate() const { return m_template; }
 
     void SetDlgItemText(int nId, const CString& strText);
     CString GetDlgItemText(int nId) const;
@@ -40,8 +44,6 @@ protected:
     virtual void OnCancel();
 
 private:
-    struct CModalLoop;
-
     bool CreateControls();
     void OnOKCommand();
     void OnCancelCommand();
@@ -50,5 +52,4 @@ private:
     CWnd* const m_pOwner;
     std::vector<std::unique_ptr<CWnd>> m_controls;
     std::unique_ptr<CModalLoop> m_pLoop;
-    int m_nResult = IDCANCEL;
 };
