@@ -74,7 +74,7 @@ const std::map<std::string, std::set<std::string>>& AllowedArrows() {
         {"analysis", with(sound, {"tuning", "capture"})},
         {"tones", with(sound, {"tuning"})},
         {"widgets", with(screen, {"tuning"})},
-        {"dialogs", with(screen, {"tuning", "widgets"})},
+        {"dialogs", with(screen, {"tuning", "widgets", "platform/multimedia"})},
         {"window",
          with(with(screen, sound), {"tuning", "capture", "analysis", "tones", "widgets", "dialogs"})},
     };

@@ -1,0 +1,116 @@
+#include "dialogs/ColorPage.h"
+
+#include "platform/windows/ColorDialog.h"
+#include "platform/windows/DataExchange.h"
+#include "tuning/TuningStore.h"
+
+namespace {
+
+constexpr int g_nFirstSwatch = 1006;
+constexpr int g_nDefaults = 1015;
+constexpr DWORD g_dwSwatch = WS_BORDER | SS_SUNKEN;
+
+constexpr std::array g_controls{
+    DialogControl{DialogControlKind::Static, g_nFirstSwatch, "1", 17, 17, 15, 15, g_dwSwatch},
+    DialogControl{DialogControlKind::Static, g_nFirstSwatch + 1, "2", 124, 17, 15, 15, g_dwSwatch},
+    DialogControl{DialogControlKind::Static, g_nFirstSwatch + 2, "3", 124, 41, 15, 15, g_dwSwatch},
+    DialogControl{DialogControlKind::Static, g_nFirstSwatch + 3, "4", 17, 41, 15, 15, g_dwSwatch},
+    DialogControl{DialogControlKind::Static, -1, "指针颜色", 39, 20, 42, 8},
+    DialogControl{DialogControlKind::Static, -1, "过高时的颜色", 146, 20, 58, 8},
+    DialogControl{DialogControlKind::Static, -1, "过低时的颜色", 146, 44, 56, 8},
+    DialogControl{DialogControlKind::Static, -1, "文本颜色", 39, 44, 33, 8},
+    DialogControl{DialogControlKind::Button, g_nDefaults, "恢复默认颜色设置", 17, 64, 95, 14, WS_TABSTOP},
+};
+
+constexpr DialogTemplate g_template{112, "颜色设置", 229, 102, g_controls};
+
+}  // namespace
+
+CColorPage::CColorPage() : CPropertyPage(g_template) {}
+
+CColorPage::~CColorPage() = default;
+
+const CMessageMap& CColorPage::GetMessageMap() const {
+    static constexpr std::array entries{
+        MapMessage<&CColorPage::OnPaint>(WM_PAINT), MapMessage<&CColorPage::OnLButtonDown>(WM_LBUTTONDOWN),
+        MapMessage<&CColorPage::OnLButtonUp>(WM_LBUTTONUP), MapCommand<&CColorPage::OnDefaults>(g_nDefaults)};
+    static const CMessageMap map{entries, &CPropertyPage::GetMessageMap()};
+    return map;
+}
+
+void CColorPage::DoDataExchange(CDataExchange* pDX) {
+    CPropertyPage::DoDataExchange(pDX);
+    for (std::size_t i = 0; i < COLORS; ++i) {
+        DDX_Control(pDX, g_nFirstSwatch + static_cast<int>(i), m_swatch[i]);
+    }
+    DDX_Control(pDX, g_nDefaults, m_btnDefaults);
+}
+
+bool CColorPage::OnInitDialog() {
+    CPropertyPage::OnInitDialog();
+    m_nPressed = 0;
+    for (std::size_t i = 0; i < COLORS; ++i) {
+        m_swatch[i].Init(this, g_nFirstSwatch + static_cast<int>(i));
+        FillSwatch(i);
+    }
+    return true;
+}
+
+void CColorPage::OnPaint() {
+    Default();
+    for (CColorSwatch& swatch : m_swatch) {
+        swatch.Repaint();
+    }
+}
+
+void CColorPage::OnLButtonDown(UINT /*nFlags*/, POINT pt) {
+    Default();
+    m_nPressed = FindSwatch(pt);
+}
+
+void CColorPage::OnLButtonUp(UINT /*nFlags*/, POINT pt) {
+    Default();
+    const int nReleased = FindSwatch(pt);
+    if (nReleased != 0 && nReleased == m_nPressed) {
+        ChooseColor(static_cast<std::size_t>(nReleased - 1));
+    }
+    m_nPressed = 0;
+}
+
+void CColorPage::OnDefaults() {
+    m_clr[NEEDLE] = CTuningStore::DEFAULT_NEEDLE_COLOR;
+    m_clr[HIGH] = CTuningStore::DEFAULT_HIGH_COLOR;
+    m_clr[LOW] = CTuningStore::DEFAULT_LOW_COLOR;
+    m_clr[TEXT] = CTuningStore::DEFAULT_TEXT_COLOR;
+    for (const std::size_t nColor : {LOW, TEXT, HIGH, NEEDLE}) {
+        FillSwatch(nColor);
+        m_swatch[nColor].Show();
+    }
+    SetModified(true);
+}
+
+int CColorPage::FindSwatch(POINT pt) const {
+    ClientToScreen(pt);
+    for (std::size_t i = 0; i < COLORS; ++i) {
+        if (PtInRect(m_swatch[i].GetWindowRect(), pt)) {
+            return static_cast<int>(i) + 1;
+        }
+    }
+    return 0;
+}
+
+void CColorPage::ChooseColor(std::size_t nColor) {
+    CColorDialog dialog(m_clr[nColor]);
+    if (dialog.DoModal() != IDOK) {
+        return;
+    }
+    m_clr[nColor] = dialog.GetColor();
+    FillSwatch(nColor);
+    m_swatch[nColor].Show();
+    SetModified(true);
+}
+
+void CColorPage::FillSwatch(std::size_t nColor) {
+    CColorSwatch& swatch = m_swatch[nColor];
+    swatch.FillRect(0, 0, swatch.GetWidth(), swatch.GetHeight(), m_clr[nColor]);
+}
