@@ -1,5 +1,6 @@
 #include "window/TunerWnd.h"
 
+#include "dialogs/OptionsSheet.h"
 #include "window/ControlTable.h"
 
 #include <array>
@@ -37,6 +38,7 @@ const CMessageMap& CTunerWnd::GetMessageMap() const {
         MapCommand<&CTunerWnd::OnAFrequency>(ID_A_FREQUENCY),
         MapCommand<&CTunerWnd::OnAddTuning>(ID_ADD),
         MapCommand<&CTunerWnd::OnDeleteTuning>(ID_DELETE),
+        MapCommand<&CTunerWnd::OnOptions>(ID_OPTIONS),
         MapCommand<&CTunerWnd::OnHelp>(ID_HELP),
         MapCommand<&CTunerWnd::OnExit>(ID_EXIT),
         MapMessage<&CTunerWnd::OnLButtonDown>(WM_LBUTTONDOWN),
@@ -51,7 +53,8 @@ const CMessageMap& CTunerWnd::GetMessageMap() const {
         MapMessage<&CTunerWnd::OnContextMenu>(WM_CONTEXTMENU),
         MapCommandRange<&CTunerWnd::OnNoteCommand>(ID_FIRST_NOTE, ID_LAST_NOTE),
         MapMessage<&CTunerWnd::OnMove>(WM_MOVE),
-        MapMessage<&CTunerWnd::OnTimer>(WM_TIMER)};
+        MapMessage<&CTunerWnd::OnTimer>(WM_TIMER),
+        MapMessage<&CTunerWnd::OnColorsChanged>(COptionsSheet::COLORS_CHANGED)};
     static const CMessageMap map{entries, &CWnd::GetMessageMap()};
     return map;
 }

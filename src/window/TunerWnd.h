@@ -102,6 +102,11 @@ private:
     void OnAFrequency();
     void FormatAButton();
 
+    // Options
+    void OnOptions();
+    // Shows the store's colours.
+    LRESULT OnColorsChanged();
+
     // Tones
     void OnPlay();
     void PlayString(std::size_t nString);
@@ -180,6 +185,8 @@ private:
     float m_fFadeHold = 100.0F;
     float m_fFadeLength = 1500.0F;
     COLORREF m_clrFade = CLR_FADED_NEEDLE;
-    COLORREF m_clrFadeDrawn = CLR_FADED_NEEDLE;
     bool m_bPrevHolding = true;
+
+    // The needle's colour as a frame has drawn it last. Under the picture lock.
+    COLORREF m_clrFadeDrawn = CLR_FADED_NEEDLE;
 };

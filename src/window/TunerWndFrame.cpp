@@ -74,12 +74,12 @@ bool CTunerWnd::DrawLiveWidgets(CDC& dc) {
 }
 
 void CTunerWnd::DrawDial(CDC& dc) {
+    const std::scoped_lock lock(GetPictureLock());
     const bool bColorChanged = m_clrFade != m_clrFadeDrawn;
     if (bColorChanged) {
         m_fineDial.SetColor(m_clrFade);
         m_clrFadeDrawn = m_clrFade;
     }
-    const std::scoped_lock lock(GetPictureLock());
     m_fineDial.Draw(&dc, false, bColorChanged);
 }
 
