@@ -24,8 +24,6 @@ protected:
     void OnOK() override;
 
 private:
-    friend class CFrequencyDialogAccess;  // the tests' way in
-
     void OnSliderReleased();
     void OnEditChange();
     void OnReset();

@@ -62,9 +62,6 @@ TEST_F(FrequencyDialog, OpensWithTheTenthsThatItShows) {
                   [this] {
                       EXPECT_EQ(toolkit::ModalTitle(), "标准 'A' 频率设置");
                       Expect("445.7", 4457, 445.7F);
-                      for (const int nId : {-1, g_nReset, IDOK, IDCANCEL}) {
-                          EXPECT_FALSE(toolkit::IsTextCut(Item(nId))) << nId;
-                      }
                       toolkit::SavePicture(m_dialog, "frequency-dialog.png");
                       for (const int nId : {g_nEdit, g_nSlider, g_nReset, int{IDOK}, int{IDCANCEL}}) {
                           EXPECT_TRUE(toolkit::WaitUntil([&] { return CWnd::GetFocus() == &Item(nId); }))

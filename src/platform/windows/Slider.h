@@ -2,9 +2,9 @@
 
 #include "platform/windows/Wnd.h"
 
-// A horizontal slider over whole numbers, with ticks below it. The arrow keys and the wheel move it by
-// single steps, a click beside the thumb and the page keys by a fifth of the range. It sends WM_NOTIFY with
-// NM_RELEASEDCAPTURE to its parent when the mouse button that was pressed on it comes up.
+// A horizontal slider over whole numbers, with ticks below it. The arrow keys move it by one, the wheel by as
+// much as the desktop scrolls lines, a click beside the thumb and the page keys by a fifth of the range. When
+// the mouse button that was pressed on it comes up it sends WM_NOTIFY with NM_RELEASEDCAPTURE to its parent.
 class CSliderCtrl : public CWnd {
 public:
     bool Create(DWORD dwStyle, const RECT& rc, CWnd* pParent, int nId);

@@ -15,7 +15,6 @@ namespace {
 
 constexpr int g_nEscape = 0x01000000;
 constexpr int g_nReturn = 0x01000004;
-constexpr int g_nTab = 0x01000001;
 
 constexpr std::array g_controls{
     DialogControl{
@@ -88,25 +87,6 @@ TEST(Dialog, MayRefuseToCloseOrEndBeforeItShows) {
     EXPECT_EQ(nRefused, 1);
     dialog.m_fnInit = [](CTestDialog& self) { self.EndDialog(5); };
     EXPECT_EQ(dialog.DoModal(), 5);
-}
-
-TEST(Dialog, TakesTheKeyboardAndMovesItWithTab) {
-    CTestDialog dialog;
-    dialog.m_fnInit = [](CTestDialog& self) { self.SetDlgItemText(1001, "440.0"); };
-    EXPECT_EQ(RunWith(dialog,
-                      [&] {
-                          EXPECT_TRUE(toolkit::WaitUntil(
-                              [&] { return CWnd::GetFocus() == dialog.GetDlgItem(1001); }));
-                          // The text is selected, so that typing replaces it.
-                          toolkit::TypeText(*dialog.GetDlgItem(1001), "441.5");
-                          EXPECT_EQ(dialog.GetDlgItemText(1001), "441.5");
-                          toolkit::Key(*dialog.GetDlgItem(1001), g_nTab, "\t");
-                          EXPECT_EQ(CWnd::GetFocus(), dialog.GetDlgItem(1003));
-                          toolkit::Key(*dialog.GetDlgItem(1003), g_nTab, "\t");
-                          EXPECT_EQ(CWnd::GetFocus(), dialog.GetDlgItem(IDOK));
-                          dialog.EndDialog(IDOK);
-                      }),
-              IDOK);
 }
 
 TEST(Dialog, UnitsFollowTheFontAndNoTextIsCut) {
