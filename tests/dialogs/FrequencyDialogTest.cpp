@@ -160,10 +160,11 @@ TEST_F(FrequencyDialog, HearsOfTheSliderInTheOrderOfItsNotices) {
     Run(440.0F, [this] {
         CWnd& slider = Item(g_nSlider);
         for (int i = 0; i < 13; ++i) {
-            toolkit::Key(slider, g_nRight);
+            toolkit::KeyDown(slider, g_nRight);
         }
         // The nearest float to 4413 times the float of a tenth, and not that of 441.3.
         Expect("440.0", 4413, 441.300018F);
+        toolkit::KeyUp(slider, g_nRight);
         toolkit::Wheel(slider, 1);
         const int nTurned = Pos();
         EXPECT_GT(nTurned, 4413);
