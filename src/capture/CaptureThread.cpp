@@ -94,6 +94,7 @@ bool CCaptureThread::Start() {
     if (!m_pThread->ResumeThread()) {
         m_pControl->m_bRunning = false;
         m_pControl->m_opening = CaptureOpening::Failed;
+        m_pThread.reset();
         return false;
     }
     return true;

@@ -72,6 +72,9 @@ bool CPulseLoop::WaitUntil(pa_context* pContext, PulseDeadline deadline,
             pAlarm->pLoop->Signal();
         },
         &alarm);
+    if (pTimer == nullptr) {
+        return condition();
+    }
     while (!condition() && !alarm.bRang) {
         pa_threaded_mainloop_wait(m_pMainloop);
     }

@@ -8,7 +8,9 @@
 // The narrow interface behind the waveIn functions: a sound system is one implementation of these two
 // classes.
 
-// Told for each message of an open device. Never called with a lock held that the stream's operations take.
+// Told for each message of an open device, on a thread of the sound system or on the caller's own. It may
+// take what the message brings and signal others; of the stream's operations it may call AddBuffer alone, for
+// the others may wait for it.
 using WaveInNotify = std::function<void(UINT uMessage, WAVEHDR* pHeader)>;
 
 // One open device. Operations come from any thread; a result may be given as waveIn functions give theirs.

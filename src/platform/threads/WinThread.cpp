@@ -5,8 +5,8 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <exception>
 #include <mutex>
-#include <system_error>
 #include <utility>
 
 namespace {
@@ -56,14 +56,14 @@ struct CWinThread::Shared {
 CWinThread::CWinThread(std::shared_ptr<Shared> pShared) : m_pShared(std::move(pShared)) {}
 
 std::unique_ptr<CWinThread> CWinThread::Create(Procedure procedure, int nPriority) {
-    std::unique_ptr<CWinThread> pThread(new CWinThread(std::make_shared<Shared>()));
     try {
+        std::unique_ptr<CWinThread> pThread(new CWinThread(std::make_shared<Shared>()));
         pThread->m_thread = std::thread([pShared = pThread->m_pShared, procedure = std::move(procedure),
                                          nPriority] { pShared->Run(procedure, nPriority); });
-    } catch (const std::system_error&) {
+        return pThread;
+    } catch (const std::exception&) {
         return nullptr;
     }
-    return pThread;
 }
 
 CWinThread::~CWinThread() {

@@ -21,7 +21,7 @@ public:
     // What the thread runs; the result is its exit code. It must not throw.
     using Procedure = std::function<int()>;
 
-    // Null when the system has no room for another thread. The thread waits for ResumeThread.
+    // Null when the system has no room or no memory for another thread. The thread waits for ResumeThread.
     static std::unique_ptr<CWinThread> Create(Procedure procedure, int nPriority);
 
     // A thread that was never resumed ends without having run; one that has ended is cleared away; one that
