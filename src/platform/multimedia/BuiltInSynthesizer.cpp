@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <mutex>
 #include <system_error>
 #include <thread>
@@ -20,8 +21,12 @@ constexpr float LOUDEST_WORD = 65535.0F;
 constexpr std::size_t MOST_WAITING = 1024;
 // Messages get a turn between pieces of so many frames.
 constexpr std::size_t PIECE_FRAMES = 256;
+// For what still sounds at the end of the program to fade out.
+constexpr std::chrono::milliseconds LONGEST_DRAIN{200};
 
-// The synthesizer, from before it is loaded to the end of the program.
+// The synthesizer and its stream to the sound server, from before it is loaded to the end of the program. The
+// stream stands from the first opening on, whether the device is open or not: so a tone that follows another
+// is heard at once.
 class CSynthesizerHost {
 public:
     explicit CSynthesizerHost(std::vector<std::string> soundFonts) : m_soundFonts(std::move(soundFonts)) {}
@@ -29,6 +34,11 @@ public:
         m_bEnding = true;
         if (m_loader.joinable()) {
             m_loader.join();
+        }
+        if (m_pPlayback) {
+            Silence();
+            m_pPlayback->Drain(LONGEST_DRAIN);
+            m_pPlayback.reset();
         }
     }
     CSynthesizerHost(const CSynthesizerHost&) = delete;
@@ -49,23 +59,47 @@ public:
     // False while it is open already, or when it can't sound.
     bool Acquire() {
         Prepare();
-        const std::lock_guard lock(m_mutex);
-        return !m_bFailed && !std::exchange(m_bInUse, true);
+        {
+            const std::lock_guard lock(m_mutex);
+            if (m_bFailed || std::exchange(m_bInUse, true)) {
+                return false;
+            }
+        }
+        const std::lock_guard lock(m_playbackMutex);
+        if (!m_pPlayback || !m_pPlayback->IsUsable()) {
+            m_pPlayback.reset();
+            m_pPlayback = std::make_unique<CPulsePlayback>(
+                SYNTHESIZER_RATE, CPulsePlayback::Source{[this](std::span<float> stereo) { Render(stereo); },
+                                                         [this] { return IsSilent(); }});
+        }
+        return true;
     }
     void Release() {
+        Silence();
         const std::lock_guard lock(m_mutex);
         m_bInUse = false;
+    }
+    void ShortMsg(DWORD dwMessage) {
+        {
+            const std::lock_guard lock(m_mutex);
+            if (m_pSynthesizer) {
+                m_pSynthesizer->ShortMsg(dwMessage);
+            } else if (m_waiting.size() < MOST_WAITING) {
+                m_waiting.push_back(dwMessage);
+            }
+        }
+        const std::lock_guard lock(m_playbackMutex);
+        m_pPlayback->Wake();
+    }
+    DWORD GetVolume() const { return m_dwVolume; }
+    void SetVolume(DWORD dwVolume) { m_dwVolume = dwVolume; }
+
+private:
+    void Silence() {
+        const std::lock_guard lock(m_mutex);
         m_waiting.clear();
         if (m_pSynthesizer) {
             m_pSynthesizer->ShortMsg(SYSTEM_RESET);
-        }
-    }
-    void ShortMsg(DWORD dwMessage) {
-        const std::lock_guard lock(m_mutex);
-        if (m_pSynthesizer) {
-            m_pSynthesizer->ShortMsg(dwMessage);
-        } else if (m_waiting.size() < MOST_WAITING) {
-            m_waiting.push_back(dwMessage);
         }
     }
     void Render(std::span<float> stereo) {
@@ -79,10 +113,6 @@ public:
         const std::lock_guard lock(m_mutex);
         return m_waiting.empty() && (!m_pSynthesizer || m_pSynthesizer->IsSilent());
     }
-    DWORD GetVolume() const { return m_dwVolume; }
-    void SetVolume(DWORD dwVolume) { m_dwVolume = dwVolume; }
-
-private:
     void Load() {
         std::unique_ptr<CToneSynthesizer> pSynthesizer;
         for (const std::string& strSoundFont : m_soundFonts) {
@@ -123,7 +153,7 @@ private:
     }
 
     const std::vector<std::string> m_soundFonts;
-    std::mutex m_mutex;  // held for one message or one piece of sound
+    std::mutex m_mutex;  // held for one message or one piece of sound, and the stream's thread takes it
     std::thread m_loader;
     bool m_bAsked = false;
     bool m_bFailed = false;
@@ -132,16 +162,13 @@ private:
     std::unique_ptr<CToneSynthesizer> m_pSynthesizer;
     std::atomic<DWORD> m_dwVolume = FULL_VOLUME;
     std::atomic<bool> m_bEnding = false;
+    std::mutex m_playbackMutex;  // the stream's thread never takes it
+    std::unique_ptr<CPulsePlayback> m_pPlayback;
 };
 
 class CSynthesizerPort final : public IMidiOutPort {
 public:
-    explicit CSynthesizerPort(std::shared_ptr<CSynthesizerHost> pHost)
-        : m_pHost(std::move(pHost)),
-          m_pPlayback(std::make_unique<CPulsePlayback>(
-              SYNTHESIZER_RATE, CPulsePlayback::Source{
-                                    [pSource = m_pHost](std::span<float> stereo) { pSource->Render(stereo); },
-                                    [pSource = m_pHost] { return pSource->IsSilent(); }})) {}
+    explicit CSynthesizerPort(std::shared_ptr<CSynthesizerHost> pHost) : m_pHost(std::move(pHost)) {}
     ~CSynthesizerPort() override { LetGo(); }
 
     MMRESULT ShortMsg(DWORD dwMessage) override {
@@ -149,11 +176,10 @@ public:
             return MMSYSERR_INVALPARAM;
         }
         const std::lock_guard lock(m_mutex);
-        if (!m_pPlayback) {
+        if (!m_bOpen) {
             return MMSYSERR_INVALHANDLE;
         }
         m_pHost->ShortMsg(dwMessage);
-        m_pPlayback->Wake();
         return MMSYSERR_NOERROR;
     }
     MMRESULT GetVolume(DWORD& dwVolume) override {
@@ -164,7 +190,7 @@ public:
         m_pHost->SetVolume(dwVolume);
         return MMSYSERR_NOERROR;
     }
-    // With the stream the server drops what is still to be heard of it.
+    // What sounds fades out at once, beside the caller.
     MMRESULT Close() override {
         LetGo();
         return MMSYSERR_NOERROR;
@@ -173,15 +199,14 @@ public:
 private:
     void LetGo() {
         const std::lock_guard lock(m_mutex);
-        if (m_pPlayback) {
-            m_pPlayback.reset();
+        if (std::exchange(m_bOpen, false)) {
             m_pHost->Release();
         }
     }
 
     const std::shared_ptr<CSynthesizerHost> m_pHost;
     std::mutex m_mutex;
-    std::unique_ptr<CPulsePlayback> m_pPlayback;  // none once it is closed
+    bool m_bOpen = true;
 };
 
 class CBuiltInSynthesizer final : public IMidiOutBackend {

@@ -48,10 +48,40 @@ void CPulsePlayback::Wake() {
     if (m_pLoop) {
         const CPulseLoop::CLock lock(*m_pLoop);
         m_lastSound = std::chrono::steady_clock::now();
+        m_bSilentSent = false;
         if (m_bCorked) {
             Cork(false);
         }
     }
+}
+
+bool CPulsePlayback::IsUsable() const {
+    if (!m_pLoop) {
+        return false;
+    }
+    const CPulseLoop::CLock lock(*m_pLoop);
+    return m_pContext && PA_CONTEXT_IS_GOOD(pa_context_get_state(m_pContext.get())) &&
+           (!m_pStream || PA_STREAM_IS_GOOD(pa_stream_get_state(m_pStream.get())));
+}
+
+void CPulsePlayback::Drain(std::chrono::milliseconds atMost) {
+    const auto deadline = std::chrono::steady_clock::now() + atMost;
+    if (!m_pLoop) {
+        return;
+    }
+    const CPulseLoop::CLock lock(*m_pLoop);
+    const bool bSounding = !m_bCorked && m_pStream && pa_stream_get_state(m_pStream.get()) == PA_STREAM_READY;
+    if (bSounding && m_pLoop->WaitUntil(m_pContext.get(), deadline, [this] { return m_bSilentSent; })) {
+        m_bEnding = true;
+        const PulseOperationPtr pDrain(pa_stream_drain(
+            m_pStream.get(),
+            [](pa_stream*, int, void* pArg) { static_cast<CPulsePlayback*>(pArg)->m_pLoop->Signal(); },
+            this));
+        m_pLoop->WaitUntil(m_pContext.get(), deadline, [&pDrain] {
+            return !pDrain || pa_operation_get_state(pDrain.get()) != PA_OPERATION_RUNNING;
+        });
+    }
+    m_bEnding = true;
 }
 
 void CPulsePlayback::OnContextState() {
@@ -80,6 +110,9 @@ void CPulsePlayback::OnContextState() {
 }
 
 void CPulsePlayback::OnWritable(std::size_t nBytes) {
+    if (m_bEnding) {
+        return;
+    }
     void* pBuffer = nullptr;
     if (pa_stream_begin_write(m_pStream.get(), &pBuffer, &nBytes) < 0 || pBuffer == nullptr) {
         return;
@@ -88,9 +121,13 @@ void CPulsePlayback::OnWritable(std::size_t nBytes) {
     m_source.render(std::span(static_cast<float*>(pBuffer), nFrames * 2));
     pa_stream_write(m_pStream.get(), pBuffer, nFrames * FRAME_BYTES, nullptr, 0, PA_SEEK_RELATIVE);
     const auto now = std::chrono::steady_clock::now();
-    if (!m_source.isSilent()) {
+    m_bSilentSent = m_source.isSilent();
+    if (m_bSilentSent) {
+        m_pLoop->Signal();
+    } else {
         m_lastSound = now;
-    } else if (!m_bCorked && now - m_lastSound > SILENCE_BEFORE_PAUSE) {
+    }
+    if (m_bSilentSent && !m_bCorked && now - m_lastSound > SILENCE_BEFORE_PAUSE) {
         Cork(true);
     }
 }

@@ -25,6 +25,11 @@ public:
 
     // There is something to play: a stream that paused because of silence goes on.
     void Wake();
+    // False once the server is gone or wants no stream: only a new object can be heard then.
+    bool IsUsable() const;
+    // Plays on until the source is silent and that has been heard, for a time at most. Nothing is asked of
+    // the source afterwards.
+    void Drain(std::chrono::milliseconds atMost);
 
 private:
     void OnContextState();
@@ -38,5 +43,7 @@ private:
     PulseContextPtr m_pContext;
     PulseStreamPtr m_pStream;
     bool m_bCorked = false;
+    bool m_bSilentSent = true;  // the server has got all that was to be heard
+    bool m_bEnding = false;
     std::chrono::steady_clock::time_point m_lastSound;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -16,6 +17,8 @@ public:
 
     // Adds the next sound to what is in the span, at fRatio source frames a frame, which is near 1.
     void AddTo(std::span<float> stereo, double fRatio);
+    // What was asked for and not yet heard becomes silence.
+    void Forget() { std::fill(m_frames.begin(), m_frames.end(), 0.0F); }
     // Source frames asked for so far: what the source does now is heard from this frame on.
     std::uint64_t GetAskedFor() const { return m_nAskedFor; }
     // The source frame that is heard next, between frames as a rule.

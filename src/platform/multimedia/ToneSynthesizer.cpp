@@ -27,6 +27,8 @@ constexpr double CENTS_OF_ITS_FULL_BEND = 12700.0 * 2.0 / 128.0;
 constexpr int POLYPHONY = 64;
 // Loud enough, and far enough from clipping.
 constexpr double GAIN = 0.6;
+constexpr std::size_t FADE_FRAMES = 256;
+constexpr int ADVANCE_FRAMES = 64;
 constexpr double CENTS_PER_KEY = 100.0;
 constexpr double CENTS_OF_OCTAVE = 1200.0;
 constexpr int A_KEY = 69;
@@ -67,7 +69,6 @@ struct CToneSynthesizer::Voice {
     }};
     const std::vector<float>* pTrack = nullptr;  // none for a note whose pitch is believed
     double fCentsMissing = 0.0;                  // from the whole cent that it is tuned to
-    double fTrackSpeed = 1.0;                    // a bent sample runs faster or slower than it was measured
     double fNoteStart = 0.0;                     // in frames of the sound
 
     bool Load(const std::string& strSoundFont) {
@@ -100,7 +101,7 @@ struct CToneSynthesizer::Voice {
             return 0.0;
         }
         const double fSeconds = std::max(0.0, sound.GetPosition() - fNoteStart) / SYNTHESIZER_RATE;
-        const double fPlace = fSeconds * fTrackSpeed / PITCH_TRACK_STEP;
+        const double fPlace = fSeconds / PITCH_TRACK_STEP;
         const auto nLast = pTrack->size() - 1;
         if (fPlace >= static_cast<double>(nLast)) {
             return static_cast<double>(pTrack->back());
@@ -108,6 +109,14 @@ struct CToneSynthesizer::Voice {
         const auto nPlace = static_cast<std::size_t>(fPlace);
         return std::lerp(static_cast<double>((*pTrack)[nPlace]), static_cast<double>((*pTrack)[nPlace + 1]),
                          fPlace - static_cast<double>(nPlace));
+    }
+    // The reset of the synthesizer alone lets notes die away, and it renders some frames in advance.
+    void Reset() {
+        fluid_synth_system_reset(pSynth.get());
+        fluid_synth_all_sounds_off(pSynth.get(), -1);
+        std::array<float, 2 * ADVANCE_FRAMES> forgotten{};
+        fluid_synth_write_float(pSynth.get(), ADVANCE_FRAMES, forgotten.data(), 0, 2, forgotten.data(), 1, 2);
+        sound.Forget();
     }
     void AddTo(std::span<float> stereo) {
         sound.AddTo(stereo, std::exp2((fCentsMissing - Deviation()) / CENTS_OF_OCTAVE));
@@ -136,12 +145,12 @@ std::unique_ptr<CToneSynthesizer> CToneSynthesizer::Load(const std::string& strS
 }
 
 void CToneSynthesizer::MeasureTracks() {
-    const Voice& voice = *m_voices.front();
+    Voice& voice = *m_voices.front();
     fluid_synth_t* const pSynth = voice.pSynth.get();
     std::vector<float> left(static_cast<std::size_t>(MEASURED_SECONDS * SYNTHESIZER_RATE));
     std::vector<float> right(left.size());
     for (int nKey = FIRST_KEY; nKey <= LAST_KEY; ++nKey) {
-        fluid_synth_system_reset(pSynth);
+        voice.Reset();
         fluid_synth_program_change(pSynth, 0, GUITAR);
         voice.Tune(0, nKey, CENTS_PER_KEY * nKey + MIDDLE_OF_CENT);
         fluid_synth_noteon(pSynth, 0, nKey, MEASURED_VELOCITY);
@@ -219,7 +228,6 @@ void CToneSynthesizer::NoteOn(std::size_t nChannel, int nKey, int nVelocity) {
     m_nNextVoice = (m_nNextVoice + 1) % m_voices.size();
     voice.pTrack = m_programs[nChannel] == GUITAR ? &m_tracks[static_cast<std::size_t>(nKey)] : nullptr;
     voice.fCentsMissing = fBend - fWhole;
-    voice.fTrackSpeed = std::exp2(fBend / CENTS_OF_OCTAVE);
     voice.fNoteStart = static_cast<double>(voice.sound.GetAskedFor());
     // The bend of the synthesizer's own is taken off again.
     voice.Tune(static_cast<int>(nChannel), nKey,
@@ -233,20 +241,35 @@ void CToneSynthesizer::NoteOff(std::size_t nChannel, int nKey) {
 }
 
 void CToneSynthesizer::Reset() {
+    if (!m_bSilent) {
+        m_tail.resize(2 * FADE_FRAMES);
+        AddVoices(m_tail);
+        for (std::size_t i = 0; i < m_tail.size(); ++i) {
+            m_tail[i] *= 1.0F - static_cast<float>(i / 2) / static_cast<float>(FADE_FRAMES);
+        }
+    }
     m_bends.fill(BEND_MIDDLE);
     m_programs.fill(0);
     for (const auto& pVoice : m_voices) {
-        fluid_synth_system_reset(pVoice->pSynth.get());
+        pVoice->Reset();
     }
 }
 
-void CToneSynthesizer::Render(std::span<float> stereo) {
-    std::fill(stereo.begin(), stereo.end(), 0.0F);
+void CToneSynthesizer::AddVoices(std::span<float> stereo) {
     for (std::size_t n = 0; n < stereo.size(); n += 2 * PIECE_FRAMES) {
         const auto piece = stereo.subspan(n, std::min(2 * PIECE_FRAMES, stereo.size() - n));
         for (const auto& pVoice : m_voices) {
             pVoice->AddTo(piece);
         }
     }
-    m_bSilent = std::all_of(stereo.begin(), stereo.end(), [](float f) { return std::fabs(f) < INAUDIBLE; });
+}
+
+void CToneSynthesizer::Render(std::span<float> stereo) {
+    const std::size_t nTail = std::min(m_tail.size(), stereo.size());
+    const auto tailEnd = m_tail.begin() + static_cast<std::ptrdiff_t>(nTail);
+    std::fill(std::copy(m_tail.begin(), tailEnd, stereo.begin()), stereo.end(), 0.0F);
+    m_tail.erase(m_tail.begin(), tailEnd);
+    AddVoices(stereo);
+    m_bSilent = m_tail.empty() &&
+                std::all_of(stereo.begin(), stereo.end(), [](float f) { return std::fabs(f) < INAUDIBLE; });
 }

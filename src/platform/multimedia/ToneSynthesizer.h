@@ -29,7 +29,8 @@ public:
     CToneSynthesizer(const CToneSynthesizer&) = delete;
     CToneSynthesizer& operator=(const CToneSynthesizer&) = delete;
 
-    // A short message; what is no message, or none that a synthesizer takes, is dropped.
+    // A short message; what is no message, or none that a synthesizer takes, is dropped. A system reset fades
+    // out what sounds within some milliseconds.
     void ShortMsg(DWORD dwMessage);
     // The next sound: pairs of left and right. Replaces what is in the span.
     void Render(std::span<float> stereo);
@@ -47,6 +48,7 @@ private:
     void NoteOn(std::size_t nChannel, int nKey, int nVelocity);
     void NoteOff(std::size_t nChannel, int nKey);
     void Reset();
+    void AddVoices(std::span<float> stereo);
 
     std::vector<std::unique_ptr<Voice>> m_voices;
     std::size_t m_nNextVoice = 0;
@@ -54,5 +56,6 @@ private:
     std::array<int, CHANNELS> m_bends{};            // 0 to 16383
     std::array<int, CHANNELS> m_programs{};
     std::array<std::array<BYTE, KEYS>, CHANNELS> m_playedBy{};  // which voice has a key's latest note
+    std::vector<float> m_tail;                                  // what is left of a fade-out
     bool m_bSilent = true;
 };
