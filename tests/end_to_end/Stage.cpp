@@ -28,6 +28,19 @@ CChildProcess::Environment ParseExports(const std::string& text) {
     return environment;
 }
 
+// A window that comes up while the window manager does may be left out by it, and never seen.
+bool WaitForWindowManager(const std::string& strDisplay) {
+    for (const auto deadline = std::chrono::steady_clock::now() + 10s;
+         std::chrono::steady_clock::now() < deadline; std::this_thread::sleep_for(20ms)) {
+        const auto manager =
+            RunCommand({"xprop", "-root", "_NET_SUPPORTING_WM_CHECK"}, {{"DISPLAY", strDisplay}});
+        if (manager && manager->find('#') != std::string::npos) {
+            return true;
+        }
+    }
+    return false;
+}
+
 }  // namespace
 
 CSoundServer::~CSoundServer() {
@@ -96,7 +109,7 @@ bool CStage::StartOnDesktop(const CSoundServer* pSound) {
                {"openbox", "--sm-disable"},
                {{"DISPLAY", m_screen.GetDisplay()}, {"HOME", m_directory.GetPath().string()}},
                m_directory.GetPath(), m_directory.GetPath() / "desktop.log") &&
-           StartProgram(pSound);
+           WaitForWindowManager(m_screen.GetDisplay()) && StartProgram(pSound);
 }
 
 bool CStage::StartProgram(const CSoundServer* pSound) {

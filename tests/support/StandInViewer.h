@@ -6,21 +6,9 @@
 #include <filesystem>
 #include <thread>
 
-// The system's viewer for as long as it lives: a program that stands alone in PATH and tells how it was
-// started.
+// A viewer that tells how it was started.
 class CStandInViewer {
 public:
-    CStandInViewer() {
-        const char* const szPath = std::getenv("PATH");
-        m_strPath = szPath != nullptr ? szPath : "";
-        ::setenv("PATH", ("/nowhere:" + m_directory.Path()).c_str(), 1);
-    }
-    ~CStandInViewer() { ::setenv("PATH", m_strPath.c_str(), 1); }
-    CStandInViewer(const CStandInViewer&) = delete;
-    CStandInViewer& operator=(const CStandInViewer&) = delete;
-    CStandInViewer(CStandInViewer&&) = delete;
-    CStandInViewer& operator=(CStandInViewer&&) = delete;
-
     void Install(std::filesystem::perms permissions = std::filesystem::perms::owner_all) const {
         m_directory.Write(
             "xdg-open",
@@ -49,7 +37,27 @@ public:
         return lines;
     }
 
+    // Where it lies.
+    CString Directory() const { return m_directory.Path(); }
+
 private:
     CScratchDirectory m_directory;
+};
+
+// The system's viewer for as long as it lives: it stands alone in PATH.
+class CViewerInPath : public CStandInViewer {
+public:
+    CViewerInPath() {
+        const char* const szPath = std::getenv("PATH");
+        m_strPath = szPath != nullptr ? szPath : "";
+        ::setenv("PATH", ("/nowhere:" + Directory()).c_str(), 1);
+    }
+    ~CViewerInPath() { ::setenv("PATH", m_strPath.c_str(), 1); }
+    CViewerInPath(const CViewerInPath&) = delete;
+    CViewerInPath& operator=(const CViewerInPath&) = delete;
+    CViewerInPath(CViewerInPath&&) = delete;
+    CViewerInPath& operator=(CViewerInPath&&) = delete;
+
+private:
     CString m_strPath;
 };

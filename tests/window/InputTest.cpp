@@ -54,7 +54,7 @@ protected:
         toolkit::Release(Wnd(), ptUp, bRight);
     }
 
-    CStandInViewer m_viewer;
+    CViewerInPath m_viewer;
 };
 
 TEST_F(InputTest, PlaysTheStringThatIsPressedAndReleased) {

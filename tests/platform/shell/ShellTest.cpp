@@ -21,7 +21,7 @@ constexpr const char* VIEWER_KEY = "htmlfile\\shell\\open\\command";
 
 class ShellTest : public testing::Test {
 protected:
-    CStandInViewer m_viewer;
+    CViewerInPath m_viewer;
 };
 
 TEST_F(ShellTest, GivesAllBehindTheFirstBlankAsOneArgument) {

@@ -1,0 +1,131 @@
+#include "end_to_end/Guitar.h"
+#include "end_to_end/Hand.h"
+#include "end_to_end/Stage.h"
+#include "support/StandInViewer.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <numbers>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+// Keys, pointer and window manager of a real desktop in front of the real program.
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr const char* TUNER = "^Fretvane ";
+
+class Input : public testing::Test {
+protected:
+    void SetUp() override {
+        m_viewer.Install();
+        m_stage.AddToEnvironment({{"PATH", m_viewer.Directory() + ":" + std::getenv("PATH")}});
+        ASSERT_TRUE(m_sound.Start());
+        ASSERT_TRUE(m_stage.StartOnDesktop(&m_sound));
+        m_hand.emplace(m_stage.GetScreen().GetDisplay());
+        const auto place = m_hand->FindWindow(TUNER);
+        ASSERT_TRUE(place) << m_stage.ReadFile("program.log");
+        m_tuner = *place;
+        ASSERT_TRUE(m_reader.Load(std::filesystem::path(FRETVANE_SOURCE_DIR) / "data"));
+    }
+    // A part of the window, in client coordinates, once it stands still.
+    std::vector<std::uint32_t> Look(int left, int top, int right, int bottom) const {
+        std::this_thread::sleep_for(200ms);
+        std::vector<std::uint32_t> pixels;
+        if (const auto screen = m_stage.Grab()) {
+            for (int y = top; y < bottom; ++y) {
+                for (int x = left; x < right; ++x) {
+                    pixels.push_back(screen->At(m_tuner.x + x, m_tuner.y + y));
+                }
+            }
+        }
+        return pixels;
+    }
+    std::vector<std::uint32_t> Hint() const { return Look(10, 365, 240, 391); }
+    std::vector<std::uint32_t> HintAt(int x, int y) const {
+        EXPECT_TRUE(m_hand->MoveTo(m_tuner.x + x, m_tuner.y + y));
+        return Hint();
+    }
+    std::vector<std::uint32_t> FrameRate() const { return Look(245, 15, 350, 40); }
+    std::string Note() const {
+        Picture window{m_tuner.nWidth, m_tuner.nHeight, Look(0, 0, m_tuner.nWidth, m_tuner.nHeight)};
+        return window.pixels.empty() ? "" : m_reader.Read(window).strNote;
+    }
+    bool WaitForNote(const std::string& strNote) const {
+        for (const auto deadline = std::chrono::steady_clock::now() + 8s;
+             std::chrono::steady_clock::now() < deadline;) {
+            if (Note() == strNote) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    CStandInViewer m_viewer;
+    CSoundServer m_sound;
+    CStage m_stage;
+    std::optional<CHand> m_hand;
+    CHand::Place m_tuner;
+    CDisplayReader m_reader;
+};
+
+TEST_F(Input, HintsFollowThePointerAndKeysReachTheirButtons) {
+    const auto empty = HintAt(5, 305);
+    const auto play = HintAt(60, 120);
+    const auto list = HintAt(60, 200);
+    EXPECT_NE(play, empty) << "over a button";
+    EXPECT_NE(list, empty) << "over the list";
+    EXPECT_NE(list, play);
+    EXPECT_EQ(HintAt(5, 305), list) << "beside all areas the last one stays";
+    EXPECT_EQ(HintAt(60, 120), play);
+
+    // From the list one Tab leads to the options, though the list and that button both report it, and one
+    // more to the help.
+    ASSERT_TRUE(m_hand->Keys({"Tab", "Tab", "space"}));
+    const auto told = m_viewer.Told();
+    ASSERT_GT(told.size(), 1U);
+    const std::string strPage = m_stage.GetDirectory() / "fvnhelp.htm";
+    EXPECT_EQ(told[1], "[" + strPage + "]");
+
+    const auto noRate = FrameRate();
+    ASSERT_TRUE(m_hand->Keys({"f"}));
+    std::this_thread::sleep_for(1200ms);
+    EXPECT_NE(FrameRate(), noRate);
+    ASSERT_TRUE(m_hand->Keys({"f"}));
+    EXPECT_EQ(FrameRate(), noRate);
+
+    ASSERT_TRUE(m_hand->Keys({"e"}));
+    EXPECT_EQ(m_stage.GetProgram().WaitForEnd(5s), 0);
+    EXPECT_NE(m_stage.ReadFile("state.txt"), "");
+}
+
+// What sounds while the window is minimised is not there when it comes back; what sounds then is.
+TEST_F(Input, HearsNothingWhileMinimised) {
+    const CTemporaryDirectory waves;
+    std::vector<float> samples(GUITAR_RATE);
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        const double dPhase = 2.0 * std::numbers::pi * 220.0 * static_cast<double>(i) / GUITAR_RATE;
+        samples[i] = static_cast<float>(0.3 * std::sin(dPhase) + 0.2 * std::sin(2.0 * dPhase));
+    }
+    ASSERT_TRUE(WriteWave(samples, GUITAR_RATE, waves.GetPath() / "a.wav"));
+    ASSERT_TRUE(m_hand->Minimize(TUNER));
+    // Longer than the forty buffers that the device goes on filling: 3.7 seconds.
+    std::this_thread::sleep_for(5s);
+    ASSERT_TRUE(m_sound.PlayIntoMicrophone(waves.GetPath() / "a.wav"));
+    std::this_thread::sleep_for(2s);
+    ASSERT_TRUE(m_hand->Activate(TUNER));
+    std::this_thread::sleep_for(500ms);
+    EXPECT_NE(Note(), "A");
+    ASSERT_TRUE(m_sound.PlayIntoMicrophone(waves.GetPath() / "a.wav"));
+    EXPECT_TRUE(WaitForNote("A"));
+}
+
+}  // namespace
