@@ -1,6 +1,7 @@
 #include "platform/windows/DialogUnits.h"
 
 #include <QtGui/QFontMetrics>
+#include <cmath>
 
 namespace {
 
@@ -11,18 +12,22 @@ int Scale(int nUnits, int nBase, int nDivisor) {
     return (nUnits * nBase + nDivisor / 2) / nDivisor;
 }
 
-int AverageWidth(const QFontMetrics& metrics) {
+double AverageWidth(const QFontMetrics& metrics) {
     const QString alphabet = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
-    const int nHalf = static_cast<int>(alphabet.size()) / 2;
-    return (metrics.horizontalAdvance(alphabet) / nHalf + 1) / 2;
+    return static_cast<double>(metrics.horizontalAdvance(alphabet)) / static_cast<double>(alphabet.size());
 }
 
 }  // namespace
 
 CDialogUnits::CDialogUnits(const QFont& font) {
     const QFontMetrics metrics(font);
-    m_nWidth = AverageWidth(metrics);
+    m_fWidth = AverageWidth(metrics);
+    m_nWidth = static_cast<int>(std::lround(m_fWidth));
     m_nHeight = metrics.ascent() + metrics.descent();
+}
+
+double CDialogUnits::ExactX(int nUnits) const {
+    return nUnits * m_fWidth / g_nHorizontalUnits;
 }
 
 int CDialogUnits::X(int nUnits) const {

@@ -12,9 +12,12 @@ public:
 
     int X(int nUnits) const;
     int Y(int nUnits) const;
+    // The same without rounding, for distances that add up.
+    double ExactX(int nUnits) const;
     RECT Rect(int x, int y, int cx, int cy) const { return {X(x), Y(y), X(x + cx), Y(y + cy)}; }
 
 private:
+    double m_fWidth;
     int m_nWidth;
     int m_nHeight;
 };

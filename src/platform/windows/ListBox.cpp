@@ -36,7 +36,7 @@ public:
                                               bSelected ? QPalette::HighlightedText : QPalette::Text));
         QTextOption columns(Qt::AlignLeft | Qt::AlignVCenter);
         columns.setWrapMode(QTextOption::NoWrap);
-        columns.setTabStopDistance(CDialogUnits(option.font).X(m_nUnits));
+        columns.setTabStopDistance(CDialogUnits(option.font).ExactX(m_nUnits));
         const int nMargin = style.pixelMetric(QStyle::PM_FocusFrameHMargin, &option, option.widget) + 1;
         pPainter->drawText(QRectF(option.rect.adjusted(nMargin, 0, 0, 0)), text, columns);
     }

@@ -92,7 +92,7 @@ bool CPropertySheet::CreateControls() {
         static_cast<void>(pArea.release());
     }
     const CDialogUnits units(state.pWidget->font());
-    const QSize size = pTabs->sizeHint();
+    const QSize size = pTabs->minimumSizeHint();
     pTabs->setGeometry(units.X(g_nMargin), units.Y(g_nMargin), size.width(), size.height());
     const QRect place = pTabs->geometry();
     pTabs->setCurrentIndex(static_cast<int>(m_nFirstPage));

@@ -13,11 +13,15 @@
 #include <QtTest/QtTest>
 #include <QtWidgets/QAbstractScrollArea>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QColorDialog>
+#include <QtWidgets/QComboBox>
+#include <QtWidgets/QDialogButtonBox>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QListWidget>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
+#include <QtWidgets/QTabBar>
 #include <QtWidgets/QWidget>
 #include <cstring>
 #include <filesystem>
@@ -248,6 +252,51 @@ void TypeIntoModal(int nId, const CString& strText) {
 void ClickInModal(int nId) {
     constexpr POINT ptInside{5, 5};
     Click(*ModalItem(nId), ptInside);
+}
+
+void ClickTab(const CWnd& sheet, int nTab) {
+    auto* const pBar = WidgetOf(sheet).findChild<QTabBar*>();
+    QTest::mouseClick(pBar, Qt::LeftButton, {}, pBar->tabRect(nTab).center());
+}
+
+void PickRow(const CWnd& combo, int nRow) {
+    auto& widget = dynamic_cast<QComboBox&>(WidgetOf(combo));
+    widget.showPopup();
+    QAbstractItemView& list = *widget.view();
+    const QModelIndex row = widget.model()->index(nRow, 0);
+    list.scrollTo(row);
+    QTest::mouseMove(list.viewport(), list.visualRect(row).center());
+    // Right behind the click that opens it the list takes none.
+    QTest::qWait(QApplication::doubleClickInterval() + 1);
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualRect(row).center());
+}
+
+std::vector<CString> ComboRows(const CWnd& combo) {
+    const auto& widget = dynamic_cast<const QComboBox&>(WidgetOf(combo));
+    std::vector<CString> rows;
+    for (int i = 0; i < widget.count(); ++i) {
+        rows.push_back(widget.itemText(i).toStdString());
+    }
+    return rows;
+}
+
+int MissingWidthOfOpenList(const CWnd& combo) {
+    auto& widget = dynamic_cast<QComboBox&>(WidgetOf(combo));
+    widget.showPopup();
+    const int nMissing = widget.view()->sizeHintForColumn(0) - widget.view()->viewport()->width();
+    widget.hidePopup();
+    return nMissing;
+}
+
+COLORREF AnswerColorDialog(std::optional<COLORREF> clr) {
+    auto& dialog = dynamic_cast<QColorDialog&>(*QApplication::activeModalWidget());
+    const QColor first = dialog.currentColor();
+    if (clr) {
+        dialog.setCurrentColor(QColor(GetRed(*clr), GetGreen(*clr), GetBlue(*clr)));
+    }
+    auto& box = *dialog.findChild<QDialogButtonBox*>();
+    box.button(clr ? QDialogButtonBox::Ok : QDialogButtonBox::Cancel)->click();
+    return MakeColor(first.red(), first.green(), first.blue());
 }
 
 CString TextOf(const CWnd& control) {

@@ -3,6 +3,7 @@
 #include "platform/base/Types.h"
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 class CWnd;
@@ -74,6 +75,16 @@ void PopupKey(int nToolkitKey);
 // Where it lies, in screen coordinates.
 POINT PopupOrigin();
 void ClickPopupItem(int nItem, bool bRight = false);
+
+// The tab of a property sheet.
+void ClickTab(const CWnd& sheet, int nTab);
+// Opens the list of a combo box and clicks on a row.
+void PickRow(const CWnd& combo, int nRow);
+std::vector<CString> ComboRows(const CWnd& combo);
+// How much narrower the open list of a combo box is than its widest row.
+int MissingWidthOfOpenList(const CWnd& combo);
+// Takes this colour in the colour dialog that is in front, or cancels; the colour that it started from.
+COLORREF AnswerColorDialog(std::optional<COLORREF> clr);
 
 // The text that a control really shows.
 CString TextOf(const CWnd& control);

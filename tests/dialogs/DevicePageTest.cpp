@@ -1,0 +1,189 @@
+#include "dialogs/OptionsSheet.h"
+#include "platform/multimedia/MidiOutBackend.h"
+#include "platform/multimedia/support/FakeWaveIn.h"
+#include "platform/windows/support/Toolkit.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+constexpr int g_nWaveList = 1011;
+constexpr int g_nMidiList = 1012;
+constexpr int g_nWaveCombo = 1013;
+constexpr int g_nMidiCombo = 1014;
+constexpr int g_nDown = 0x01000015;
+constexpr UINT g_nVersion = 0x0A1002;  // only the lower word counts
+
+class CFakeMidi final : public IMidiOutBackend {
+public:
+    std::vector<MIDIOUTCAPS> m_devices;
+
+    UINT GetNumDevs() override { return static_cast<UINT>(m_devices.size()); }
+    MMRESULT GetDevCaps(UINT uDeviceId, MIDIOUTCAPS& caps) override {
+        if (uDeviceId >= m_devices.size()) {
+            return MMSYSERR_BADDEVICEID;
+        }
+        caps = m_devices[uDeviceId];
+        return MMSYSERR_NOERROR;
+    }
+    MMRESULT Open(UINT /*uDeviceId*/, std::shared_ptr<IMidiOutPort>& /*pPort*/) override {
+        return MMSYSERR_NODRIVER;
+    }
+};
+
+class DevicePage : public ::testing::Test {
+protected:
+    void SetUp() override {
+        m_pMidi->m_devices = {{0x0100, "Synthesizer", MOD_SYNTH, 64, 32}};
+        m_pPrevious = SetMidiOutBackend(m_pMidi);
+    }
+    void TearDown() override { SetMidiOutBackend(m_pPrevious); }
+
+    // What the user does on the page, opened with these choices.
+    void Run(int nWave, int nMidi, const std::function<void()>& fnUser) {
+        COptionsSheet sheet;
+        m_pSheet = &sheet;
+        Page().m_nWaveChoice = nWave;
+        Page().m_nMidiChoice = nMidi;
+        toolkit::Later([&] {
+            toolkit::ClickTab(sheet, 1);
+            fnUser();
+            toolkit::Click(*sheet.GetDlgItem(IDCANCEL), {5, 5});
+        });
+        EXPECT_EQ(sheet.DoModal(), IDCANCEL);
+    }
+    CDevicePage& Page() { return m_pSheet->m_devicePage; }
+    CWnd& Item(int nId) { return *Page().GetDlgItem(nId); }
+    std::vector<CString> Rows(int nId) {
+        auto& list = dynamic_cast<CListBox&>(Item(nId));
+        std::vector<CString> rows;
+        for (int i = 0; i < list.GetCount(); ++i) {
+            rows.push_back(list.GetText(i));
+        }
+        return rows;
+    }
+    int Selected(int nId) { return dynamic_cast<CComboBox&>(Item(nId)).GetCurSel(); }
+
+    CFakeWaveInScope m_wave;
+    std::shared_ptr<CFakeMidi> m_pMidi = std::make_shared<CFakeMidi>();
+    std::shared_ptr<IMidiOutBackend> m_pPrevious;
+    COptionsSheet* m_pSheet = nullptr;
+};
+
+const CString g_strAll = "\tYes\tYes\tYes\tYes";
+
+TEST_F(DevicePage, ShowsWhatARecordingDeviceCanDo) {
+    m_wave->SetDevices(
+        {{.strName = "麦克风", .dwFormats = 0xFFF, .nChannels = 2, .vDriverVersion = g_nVersion},
+         {.dwFormats = 0x1 | 0x20 | 0x400 | 0x800, .nChannels = 1, .vDriverVersion = 0}});
+    const auto all =
+        ElementsAre("\t8-bit\t\t16-bit", "Rate\tMono\tStereo\tMono\tStereo", "8K" + g_strAll,
+                    "11K" + g_strAll, "16K" + g_strAll, "22K" + g_strAll, "32K" + g_strAll, "44K" + g_strAll,
+                    "48K" + g_strAll, "Number of Channels:\t2", "Driver Version:\t16.2");
+    Run(0, 0, [&] {
+        EXPECT_EQ(toolkit::ModalTitle(), "[高音 ]");
+        EXPECT_EQ(m_pSheet->GetActivePage(), &Page());
+        EXPECT_THAT(toolkit::ComboRows(Item(g_nWaveCombo)),
+                    ElementsAre("Preferred recoring device", "麦克风", "Fake Microphone"));
+        EXPECT_EQ(Selected(g_nWaveCombo), 0);
+        EXPECT_THAT(Rows(g_nWaveList), all);
+        EXPECT_FALSE(Item(g_nWaveList).IsWindowEnabled());
+        toolkit::SavePicture(*m_pSheet, "options-devices.png");
+        EXPECT_LE(11 * toolkit::RowHeight(Item(g_nWaveList)) + 2, Item(g_nWaveList).GetClientRect().bottom)
+            << "a disabled list doesn't scroll";
+
+        toolkit::PickRow(Item(g_nWaveCombo), 2);
+        EXPECT_EQ(Page().m_nWaveChoice, 2);
+        EXPECT_THAT(Rows(g_nWaveList),
+                    ElementsAre("\t8-bit\t\t16-bit", "Rate\tMono\tStereo\tMono\tStereo",
+                                "8K\tYes\tNo\tNo\tNo", "11K\tYes\tNo\tNo\tNo", "16K\tNo\tYes\tNo\tNo",
+                                "22K\tNo\tYes\tNo\tNo", "32K\tNo\tNo\tYes\tYes", "44K\tNo\tNo\tYes\tYes",
+                                "48K\tNo\tNo\tYes\tYes", "Number of Channels:\t1", "Driver Version:\t0.0"));
+        toolkit::PickRow(Item(g_nWaveCombo), 1);
+        EXPECT_THAT(Rows(g_nWaveList), all) << "nothing doubles";
+    });
+}
+
+TEST_F(DevicePage, ShowsEachKindOfMidiOutput) {
+    m_pMidi->m_devices = {{g_nVersion, "Port", MOD_MIDIPORT, 1, 2},
+                          {g_nVersion, "Square", MOD_SQSYNTH, 1, 2},
+                          {g_nVersion, "FM", MOD_FMSYNTH, 1, 2},
+                          {g_nVersion, "Synthesizer", MOD_SYNTH, 1, 2}};
+    struct Row {
+        const char* szFm;
+        const char* szKind;
+    };
+    constexpr const char* szNoFm = "No FM support";
+    constexpr std::array rows{Row{szNoFm, "Microsoft MIDI mapped"}, Row{szNoFm, "MIDI Hardware port enabled"},
+                              Row{szNoFm, "Square wave synthesizer detected"}, Row{"FM support", nullptr},
+                              Row{szNoFm, "MIDI Synthesizer detected"}};
+    Run(0, 0, [&] {
+        EXPECT_THAT(toolkit::ComboRows(Item(g_nMidiCombo)),
+                    ElementsAre("Preferred Midi output device", "Port", "Square", "FM", "Synthesizer"));
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+            std::vector<CString> expected{rows.at(i).szFm};
+            if (rows.at(i).szKind != nullptr) {
+                expected.emplace_back(rows.at(i).szKind);
+            }
+            expected.insert(expected.end(),
+                            {"Simultaneous notes:\t2", "Number of voices:\t\t1", "Driver version:\t\t16.2"});
+            EXPECT_EQ(Rows(g_nMidiList), expected) << i;
+            EXPECT_EQ(Page().m_nMidiChoice, static_cast<int>(i));
+            toolkit::Key(Item(g_nMidiCombo), g_nDown);
+        }
+    });
+}
+
+TEST_F(DevicePage, SelectsNothingPastTheEnd) {
+    Run(2, 2147483647, [this] {
+        EXPECT_EQ(Selected(g_nWaveCombo), -1);
+        EXPECT_EQ(Page().m_nWaveChoice, -1);
+        EXPECT_EQ(Page().m_nMidiChoice, -1);
+        EXPECT_THAT(Rows(g_nWaveList), SizeIs(2));
+        EXPECT_THAT(Rows(g_nMidiList), IsEmpty());
+        toolkit::PickRow(Item(g_nWaveCombo), 1);
+        EXPECT_THAT(Rows(g_nWaveList), SizeIs(11));
+        EXPECT_EQ(Page().m_nWaveChoice, 1);
+    });
+}
+
+TEST_F(DevicePage, HasNothingToChooseWithoutDevices) {
+    m_wave->SetDevices({});
+    m_pMidi->m_devices.clear();
+    Run(0, 1, [this] {
+        for (const auto& [nList, nCombo] :
+             {std::pair{g_nWaveList, g_nWaveCombo}, {g_nMidiList, g_nMidiCombo}}) {
+            EXPECT_THAT(Rows(nList), ElementsAre("No properties"));
+            EXPECT_FALSE(Item(nCombo).IsWindowEnabled());
+            EXPECT_THAT(toolkit::ComboRows(Item(nCombo)), IsEmpty());
+        }
+        EXPECT_EQ(Page().m_nWaveChoice, -1);
+        EXPECT_EQ(Page().m_nMidiChoice, -1);
+    });
+}
+
+TEST_F(DevicePage, LeavesTheChoiceAloneUntilSomebodyLooks) {
+    COptionsSheet sheet;
+    sheet.m_devicePage.m_nWaveChoice = 7;
+    toolkit::Later([&] { toolkit::Click(*sheet.GetDlgItem(IDOK), {5, 5}); });
+    EXPECT_EQ(sheet.DoModal(), IDOK);
+    EXPECT_EQ(sheet.m_devicePage.m_nWaveChoice, 7);
+}
+
+TEST_F(DevicePage, ShowsLongNamesWhole) {
+    m_wave->SetDevices(
+        {{.strName = "Monitor of a very long name of a device that somebody makes, 第二路输入"}});
+    Run(1, 0, [this] { EXPECT_LE(toolkit::MissingWidthOfOpenList(Item(g_nWaveCombo)), 0); });
+}
+
+}  // namespace

@@ -1,0 +1,240 @@
+#include "dialogs/OptionsSheet.h"
+#include "platform/windows/WinApp.h"
+#include "platform/windows/support/Toolkit.h"
+#include "tuning/TuningStore.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr int g_nFirstSwatch = 1006;
+constexpr int g_nDefaults = 1015;
+constexpr POINT g_ptInButton{5, 5};
+using Colors = std::array<COLORREF, 4>;  // needle, high, low, text
+constexpr Colors g_chosen{0x123456, 0x0000FF, 0x00FF00, 0x563412};
+constexpr Colors g_defaults{0xA00000, 0xFF0000, 0x008000, 0xFF0000};
+
+Colors ColorsOf(const CTuningStore& store) {
+    return {store.GetNeedleColor(), store.GetHighColor(), store.GetLowColor(), store.GetTextColor()};
+}
+
+// Writes down what the store holds when it is told of new colours.
+class CMainWnd : public CWnd {
+public:
+    explicit CMainWnd(const CTuningStore& store) : m_store(store) {}
+    std::vector<Colors> m_told;
+
+protected:
+    LRESULT WindowProc(UINT nMessage, WPARAM wParam, LPARAM lParam) override {
+        if (nMessage == 0x401 && wParam == 0 && lParam == 0) {
+            m_told.push_back(ColorsOf(m_store));
+        }
+        return CWnd::WindowProc(nMessage, wParam, lParam);
+    }
+
+private:
+    const CTuningStore& m_store;
+};
+
+class OptionsSheet : public ::testing::Test {
+protected:
+    void SetUp() override {
+        m_store.SetNeedleColor(g_chosen[0]);
+        m_store.SetHighColor(g_chosen[1]);
+        m_store.SetLowColor(g_chosen[2]);
+        m_store.SetTextColor(g_chosen[3]);
+        auto pMain = std::make_unique<CMainWnd>(m_store);
+        m_pMain = pMain.get();
+        m_pMain->CreateEx(0, "main", {0, 0, 500, 400}, nullptr, 0);
+        m_pMain->ShowWindow(SW_SHOW);
+        m_app.SetMainWnd(std::move(pMain));
+    }
+    // What DoModal returns when the user does this in the sheet; Cancel ends what the user leaves open.
+    int Run(const std::function<void()>& fnUser) {
+        m_pSheet = std::make_unique<COptionsSheet>();
+        m_pSheet->m_pStore = &m_store;
+        Page().m_clr = ColorsOf(m_store);
+        toolkit::Later([&] {
+            fnUser();
+            Click(IDCANCEL);
+        });
+        return m_pSheet->DoModal();
+    }
+    CColorPage& Page() { return m_pSheet->m_colorPage; }
+    void Click(int nId) {
+        if (CWnd* const pButton = m_pSheet->GetDlgItem(nId)) {
+            toolkit::Click(*pButton, g_ptInButton);
+        }
+    }
+    void ClickDefaults() { toolkit::Click(*Page().GetDlgItem(g_nDefaults), g_ptInButton); }
+    bool CanApply() { return m_pSheet->GetDlgItem(12321)->IsWindowEnabled(); }
+    // On the page, relative to a square's upper left corner.
+    POINT PointAt(int nSwatch, POINT ptOffset) {
+        const RECT rc = Page().GetDlgItem(g_nFirstSwatch + nSwatch)->GetWindowRect();
+        POINT pt{rc.left + ptOffset.x, rc.top + ptOffset.y};
+        Page().ScreenToClient(pt);
+        return pt;
+    }
+    // Whether a release there opens the colour dialog, which is then answered.
+    bool ReleaseOpens(POINT pt, std::optional<COLORREF> clrAnswer = {}) {
+        bool bOpened = false;
+        toolkit::Later([&] {
+            bOpened = toolkit::ModalTitle() == "颜色";
+            if (bOpened) {
+                m_clrFirst = toolkit::AnswerColorDialog(clrAnswer);
+            }
+        });
+        toolkit::Release(Page(), pt);
+        toolkit::RunFor(40);
+        return bOpened;
+    }
+    // As the screen shows them.
+    Colors ShownColors() {
+        toolkit::RunFor(50);
+        const toolkit::Screenshot shot = toolkit::GrabScreen(*m_pSheet);
+        Colors colors;
+        for (std::size_t i = 0; i < colors.size(); ++i) {
+            POINT pt = PointAt(static_cast<int>(i), {8, 8});
+            Page().ClientToScreen(pt);
+            m_pSheet->ScreenToClient(pt);
+            const std::uint32_t nPixel = shot.At(pt.x, pt.y);
+            colors.at(i) = MakeColor(nPixel >> 16 & 0xFF, nPixel >> 8 & 0xFF, nPixel & 0xFF);
+        }
+        return colors;
+    }
+
+    CTuningStore m_store;
+    CWinApp m_app;
+    CMainWnd* m_pMain = nullptr;
+    std::unique_ptr<COptionsSheet> m_pSheet;
+    COLORREF m_clrFirst = 0;
+};
+
+TEST_F(OptionsSheet, ShowsTheColorsInTheirSquares) {
+    Run([this] {
+        EXPECT_EQ(toolkit::ModalTitle(), "[高音 ]");
+        EXPECT_EQ(m_pSheet->GetParent(), m_pMain);
+        EXPECT_EQ(m_pSheet->GetActivePage(), &Page());
+        EXPECT_EQ(ShownColors(), g_chosen);
+        EXPECT_FALSE(CanApply());
+        for (const int nId : {-1, g_nDefaults}) {
+            EXPECT_FALSE(toolkit::IsTextCut(*Page().GetDlgItem(nId))) << nId;
+        }
+        toolkit::SavePicture(*m_pSheet, "options-colors.png");
+    });
+}
+
+TEST_F(OptionsSheet, OpensTheColorDialogForAPressAndReleaseOnOneSquare) {
+    struct Drag {
+        int nFrom;
+        POINT ptFrom;
+        int nTo;
+        POINT ptTo;
+        bool bOpens;
+    };
+    constexpr POINT ptMiddle{8, 8};
+    constexpr POINT ptBeside{60, 8};  // on the label
+    constexpr POINT ptLeft{-1, 8};
+    constexpr std::array drags{
+        Drag{0, ptMiddle, 0, {0, 0}, true},    Drag{3, {0, 0}, 3, ptMiddle, true},
+        Drag{2, ptMiddle, 2, ptMiddle, true},  Drag{0, ptMiddle, 1, ptMiddle, false},
+        Drag{0, ptBeside, 0, ptBeside, false}, Drag{0, ptMiddle, 0, ptLeft, false},
+        Drag{1, ptLeft, 1, ptMiddle, false},   Drag{1, ptMiddle, 1, {500, 500}, false},
+    };
+    Run([&] {
+        for (std::size_t i = 0; i < drags.size(); ++i) {
+            const Drag& drag = drags.at(i);
+            toolkit::Press(Page(), PointAt(drag.nFrom, drag.ptFrom));
+            toolkit::Move(Page(), PointAt(drag.nTo, ptBeside));
+            EXPECT_EQ(ReleaseOpens(PointAt(drag.nTo, drag.ptTo)), drag.bOpens) << i;
+            EXPECT_FALSE(ReleaseOpens(PointAt(drag.nFrom, ptMiddle))) << i << ": a press counts once";
+        }
+        EXPECT_EQ(Page().m_clr, g_chosen);
+        EXPECT_FALSE(CanApply()) << "each was cancelled";
+        // The square lets the mouse through to the page.
+        bool bOpened = false;
+        toolkit::Later([&] { bOpened = toolkit::AnswerColorDialog({}) == g_chosen[1]; });
+        toolkit::ClickInto(Page(), PointAt(1, ptMiddle));
+        EXPECT_TRUE(bOpened);
+    });
+}
+
+TEST_F(OptionsSheet, TakesTheColorOfTheDialog) {
+    for (std::size_t i = 0; i < g_chosen.size(); ++i) {
+        for (const COLORREF clr : {COLORREF{0x804020}, g_chosen.at(i)}) {
+            Colors expected = g_chosen;
+            expected.at(i) = clr;
+            Run([&] {
+                const POINT pt = PointAt(static_cast<int>(i), {8, 8});
+                toolkit::Press(Page(), pt);
+                EXPECT_TRUE(ReleaseOpens(pt, clr));
+                EXPECT_EQ(m_clrFirst, g_chosen.at(i));
+                EXPECT_EQ(Page().m_clr, expected);
+                EXPECT_EQ(ShownColors(), expected);
+                EXPECT_TRUE(CanApply()) << "also where the colour is the same";
+            });
+        }
+    }
+    EXPECT_EQ(ColorsOf(m_store), g_chosen);
+}
+
+TEST_F(OptionsSheet, AppliesAndDropsColors) {
+    EXPECT_EQ(Run([this] {
+                  ClickDefaults();
+                  EXPECT_EQ(ShownColors(), g_defaults);
+                  EXPECT_TRUE(CanApply());
+              }),
+              IDCANCEL);
+    EXPECT_EQ(ColorsOf(m_store), g_chosen);
+    EXPECT_THAT(m_pMain->m_told, IsEmpty());
+
+    EXPECT_EQ(Run([this] { Click(IDOK); }), IDOK);
+    EXPECT_EQ(Page().m_clr, g_chosen);
+
+    EXPECT_EQ(Run([this] {
+                  ClickDefaults();
+                  Click(12321);
+                  EXPECT_THAT(m_pMain->m_told, ElementsAre(g_defaults)) << "before Apply is done";
+                  EXPECT_FALSE(CanApply());
+                  EXPECT_TRUE(m_pSheet->IsWindow());
+                  const POINT pt = PointAt(0, {8, 8});
+                  toolkit::Press(Page(), pt);
+                  EXPECT_TRUE(ReleaseOpens(pt, 0x010203));
+                  EXPECT_TRUE(CanApply());
+              }),
+              IDCANCEL);
+    EXPECT_EQ(ColorsOf(m_store), g_defaults) << "what came behind the last Apply is dropped";
+}
+
+TEST_F(OptionsSheet, GoesWithTheMainWindowWhateverIsOpen) {
+    m_pSheet.reset();
+    bool bOpened = false;
+    EXPECT_EQ(Run([&] {
+                  toolkit::Press(Page(), PointAt(0, {8, 8}));
+                  toolkit::Later([&] {
+                      bOpened = toolkit::ModalTitle() == "颜色";
+                      m_pMain->DestroyWindow();
+                  });
+                  toolkit::Release(Page(), PointAt(0, {8, 8}));
+              }),
+              IDCANCEL);
+    EXPECT_TRUE(bOpened);
+}
+
+TEST_F(OptionsSheet, KnowsEnterAndEscape) {
+    constexpr int nEscape = 0x01000000;
+    constexpr int nReturn = 0x01000004;
+    EXPECT_EQ(Run([this] { toolkit::Key(*m_pSheet, nReturn, "\r"); }), IDOK);
+    EXPECT_EQ(Run([this] { toolkit::Key(*m_pSheet, nEscape, "\x1b"); }), IDCANCEL);
+}
+
+}  // namespace
