@@ -36,7 +36,10 @@ protected:
         ASSERT_EQ(CWnd::GetFocus(), &wnd);
     }
     int FocusId() {
-        // A dialog that has gone gives the keyboard back when the window system gets round to it.
+        // A dialog may have had it, and no application gives it back here.
+        if (CWnd::GetFocus() == nullptr) {
+            Wnd().ShowWindow(SW_SHOW);
+        }
         EXPECT_TRUE(toolkit::WaitUntil([] { return CWnd::GetFocus() != nullptr; }));
         return CWnd::GetFocus() == &Wnd() ? 0 : CWnd::GetFocus()->GetDlgCtrlID();
     }
@@ -147,9 +150,7 @@ TEST_F(InputTest, TakesKeysForTheirButtons) {
         EXPECT_EQ(FocusId(), key.nButton != 0 ? key.nButton : key.nFocus);
         EXPECT_EQ(m_midi->CountNotes() > 0, key.nButton == ID_PLAY);
         const bool bDialog = key.nButton == ID_A_FREQUENCY || key.nButton == ID_OPTIONS;
-        if (key.nButton != ID_OPTIONS) {
-            EXPECT_EQ(m_user.GetDialogs().size() > nDialogs, bDialog);
-        }
+        EXPECT_EQ(m_user.GetDialogs().size() > nDialogs, bDialog);
         if (key.nButton == ID_HELP) {
             const auto told = m_viewer.Told();
             ASSERT_GT(told.size(), 1U);
