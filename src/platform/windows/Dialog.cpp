@@ -2,7 +2,6 @@
 
 #include "platform/windows/DialogControls.h"
 #include "platform/windows/ModalLoop.h"
-#include "platform/windows/WinApp.h"
 #include "platform/windows/WndState.h"
 
 #include <QtWidgets/QApplication>
@@ -27,8 +26,7 @@ void FocusFirst(const CWndState& dialog) {
 }  // namespace
 
 CDialog::CDialog(const DialogTemplate& dialogTemplate, CWnd* pParent)
-    : m_template(dialogTemplate),
-      m_pOwner(pParent != nullptr || GetApp() == nullptr ? pParent : GetApp()->GetMainWnd()) {}
+    : m_template(dialogTemplate), m_pOwner(OwnerOf(pParent)) {}
 
 CDialog::~CDialog() = default;
 

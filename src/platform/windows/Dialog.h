@@ -12,7 +12,8 @@ class CModalLoop;
 // default button, Escape and the close box are Cancel.
 class CDialog : public CWnd {
 public:
-    // The template must outlive the object. Without a parent the application's main window is the owner.
+    // The template must outlive the object. Without a parent the application's main window is the
+    // owner, or where there is none the window in front.
     explicit CDialog(const DialogTemplate& dialogTemplate, CWnd* pParent = nullptr);
     ~CDialog() override;
 

@@ -1,8 +1,10 @@
 #include "platform/windows/ModalLoop.h"
 
+#include "platform/windows/WinApp.h"
 #include "platform/windows/WndState.h"
 
 #include <QtCore/QEventLoop>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QDialog>
 
 namespace {
@@ -31,6 +33,14 @@ private:
 
 std::unique_ptr<QWidget> MakeDialogWidget(const std::shared_ptr<CWndLink>& pLink) {
     return std::make_unique<CDialogWidget>(pLink);
+}
+
+CWnd* OwnerOf(CWnd* pParent) {
+    if (pParent != nullptr) {
+        return pParent;
+    }
+    CWnd* const pMainWnd = GetApp() != nullptr ? GetApp()->GetMainWnd() : nullptr;
+    return pMainWnd != nullptr ? pMainWnd : CWndState::Find(QApplication::activeWindow());
 }
 
 CModalLoop::CModalLoop() : m_pLoop(std::make_unique<QEventLoop>()) {}

@@ -14,6 +14,10 @@ struct CWndLink;
 // The toolkit's dialog, which knows Enter and the default button; its Escape is IDCANCEL to the window.
 std::unique_ptr<QWidget> MakeDialogWidget(const std::shared_ptr<CWndLink>& pLink);
 
+// What a modal window belongs to: this parent, or without one the application's main window, or where there
+// is none either, the window in front.
+CWnd* OwnerOf(CWnd* pParent);
+
 // One modal run of a window.
 class CModalLoop {
 public:

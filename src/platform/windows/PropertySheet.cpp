@@ -4,7 +4,6 @@
 #include "platform/windows/DialogUnits.h"
 #include "platform/windows/ModalLoop.h"
 #include "platform/windows/PropertyPage.h"
-#include "platform/windows/WinApp.h"
 #include "platform/windows/WndState.h"
 
 #include <QtWidgets/QApplication>
@@ -30,7 +29,7 @@ QTabWidget* TabsOf(const CWnd& sheet) {
 
 CPropertySheet::CPropertySheet(CString strCaption, CWnd* pParent, std::size_t nFirstPage)
     : m_strCaption(std::move(strCaption)),
-      m_pOwner(pParent != nullptr || GetApp() == nullptr ? pParent : GetApp()->GetMainWnd()),
+      m_pOwner(OwnerOf(pParent)),
       m_nFirstPage(nFirstPage) {}
 
 CPropertySheet::~CPropertySheet() = default;
@@ -110,7 +109,6 @@ bool CPropertySheet::CreateControls() {
     }
     ShowPage(tabs.currentIndex());
     EnableApply();
-    tabs.tabBar()->setFocus(Qt::OtherFocusReason);
     return true;
 }
 
@@ -148,6 +146,8 @@ bool CPropertySheet::CreateButtons(const RECT& rcTabs) {
 
 void CPropertySheet::ShowPage(int nPage) {
     QTabWidget& tabs = *TabsOf(*this);
+    // Not in the page, where Enter might press its first button.
+    tabs.tabBar()->setFocus(Qt::OtherFocusReason);
     CPropertyPage& page = *m_pages.at(static_cast<std::size_t>(nPage));
     if (page.IsWindow() || !page.CreatePage(this)) {
         return;
@@ -155,6 +155,15 @@ void CPropertySheet::ShowPage(int nPage) {
     QWidget& widget = *CWndState::Of(page).pWidget;
     widget.setParent(tabs.widget(nPage));
     widget.show();
+    // Made after the buttons, the page's controls still come before them when the keyboard goes round.
+    QWidget* pBefore = tabs.tabBar();
+    for (const CWnd* const pControl : CWndState::Of(page).children) {
+        QWidget* const pWidget = CWndState::Of(*pControl).pWidget.get();
+        if (pWidget->focusPolicy() != Qt::NoFocus) {
+            QWidget::setTabOrder(pBefore, pWidget);
+            pBefore = pWidget;
+        }
+    }
 }
 
 CPropertyPage* CPropertySheet::GetActivePage() const {
