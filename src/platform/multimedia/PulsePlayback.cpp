@@ -10,8 +10,9 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr std::size_t FRAME_BYTES = 2 * sizeof(float);
-constexpr int BUFFERS_PER_SECOND = 50;
-constexpr int REQUESTS_PER_SECOND = 200;
+// Soon enough for a click of the user, and long enough for a machine that is busy.
+constexpr int BUFFERS_PER_SECOND = 25;
+constexpr int REQUESTS_PER_SECOND = 100;
 constexpr auto SILENCE_BEFORE_PAUSE = 2s;
 
 }  // namespace

@@ -55,8 +55,8 @@ TEST_F(ToneSynthesizer, AllThirtySixNotesAreInTuneAloneAndInTheRun) {
         const double fAlone = CentsOf(nKey, 8196, nKey) - 4.0 / 40.96;
         const double fInRun = CentsOf(nKey + 1, 4096, nKey);
         std::printf("key %d: alone %+.3f, in the run %+.3f cents\n", nKey, fAlone, fInRun);
-        EXPECT_NEAR(fAlone, 0.0, 0.5) << nKey;
-        EXPECT_NEAR(fInRun, 0.0, 0.5) << nKey;
+        EXPECT_NEAR(fAlone, 0.0, 0.25) << nKey;
+        EXPECT_NEAR(fInRun, 0.0, 0.25) << nKey;
         fWorst = std::max({fWorst, std::fabs(fAlone), std::fabs(fInRun)});
     }
     RecordProperty("worst_cents", std::to_string(fWorst));
