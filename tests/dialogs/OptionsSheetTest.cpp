@@ -1,4 +1,5 @@
 #include "dialogs/OptionsSheet.h"
+#include "platform/multimedia/support/FakeWaveIn.h"
 #include "platform/windows/WinApp.h"
 #include "platform/windows/support/Toolkit.h"
 #include "tuning/TuningStore.h"
@@ -112,6 +113,7 @@ protected:
         return colors;
     }
 
+    CFakeWaveInScope m_wave;
     CTuningStore m_store;
     CWinApp m_app;
     CMainWnd* m_pMain = nullptr;
@@ -233,7 +235,14 @@ TEST_F(OptionsSheet, GoesWithTheMainWindowWhateverIsOpen) {
 TEST_F(OptionsSheet, KnowsEnterAndEscape) {
     constexpr int nEscape = 0x01000000;
     constexpr int nReturn = 0x01000004;
-    EXPECT_EQ(Run([this] { toolkit::Key(*m_pSheet, nReturn, "\r"); }), IDOK);
+    EXPECT_EQ(Run([this] {
+                  toolkit::ClickTab(*m_pSheet, 1);
+                  m_pSheet->m_devicePage.GetDlgItem(1014)->SetFocus();
+                  toolkit::ClickTab(*m_pSheet, 0);
+                  toolkit::KeyIntoFocus(nReturn);
+              }),
+              IDOK);
+    EXPECT_EQ(Page().m_clr, g_chosen) << "and not the button of the page";
     EXPECT_EQ(Run([this] { toolkit::Key(*m_pSheet, nEscape, "\x1b"); }), IDCANCEL);
 }
 

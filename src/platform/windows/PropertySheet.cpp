@@ -28,9 +28,7 @@ QTabWidget* TabsOf(const CWnd& sheet) {
 }  // namespace
 
 CPropertySheet::CPropertySheet(CString strCaption, CWnd* pParent, std::size_t nFirstPage)
-    : m_strCaption(std::move(strCaption)),
-      m_pOwner(OwnerOf(pParent)),
-      m_nFirstPage(nFirstPage) {}
+    : m_strCaption(std::move(strCaption)), m_pOwner(OwnerOf(pParent)), m_nFirstPage(nFirstPage) {}
 
 CPropertySheet::~CPropertySheet() = default;
 

@@ -167,6 +167,10 @@ void Key(const CWnd& wnd, int nToolkitKey, const CString& strText) {
     }
 }
 
+void KeyIntoFocus(int nToolkitKey) {
+    QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(nToolkitKey));
+}
+
 void TypeText(const CWnd& wnd, const CString& strText) {
     QTest::keyClicks(&WidgetOf(wnd), QString::fromStdString(strText));
 }

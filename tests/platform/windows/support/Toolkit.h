@@ -40,6 +40,8 @@ void KeyUp(const CWnd& wnd, int nToolkitKey, const CString& strText = {}, bool b
 // With Alt held, mnemonics included.
 void AltKeyDown(const CWnd& wnd, int nToolkitKey);
 void Key(const CWnd& wnd, int nToolkitKey, const CString& strText = {});
+// To whatever of the window in front has the keyboard.
+void KeyIntoFocus(int nToolkitKey);
 void TypeText(const CWnd& wnd, const CString& strText);
 // What an input method does: a text that is being composed, then its final form.
 void Compose(const CWnd& wnd, const CString& strPreedit, const CString& strCommit);
