@@ -33,7 +33,7 @@ protected:
         EXPECT_EQ(Pos(), nPos);
         EXPECT_EQ(m_dialog.m_fFrequency, fFrequency);
     }
-    // Takes the thumb, which stands in the middle, and moves it there.
+    // Takes the thumb, which stands in the middle, and moves it there, and then away from the slider.
     void DragFromMiddle(int nPos) {
         CWnd& slider = Item(g_nSlider);
         const RECT rc = slider.GetClientRect();
@@ -43,6 +43,7 @@ protected:
             ++pt.x;
             toolkit::Move(slider, pt);
         }
+        toolkit::Move(slider, {pt.x, rc.bottom + 500});
     }
     // What DoModal returns when the user does this in a dialog opened with this frequency.
     int Run(float fFrequency, const std::function<void()>& fnUser) {
@@ -174,11 +175,12 @@ TEST_F(FrequencyDialog, HearsOfTheSliderInTheOrderOfItsNotices) {
         // The same text once more counts as a change.
         Click(g_nReset);
         Expect("440.0", 4400, 440.0F);
-        DragFromMiddle(4401);
-        // The dialog saw the place before the last move.
+        const POINT ptThumb{slider.GetClientRect().right / 2, slider.GetClientRect().bottom / 3};
+        toolkit::Press(slider, ptThumb);
+        toolkit::Move(slider, {ptThumb.x + 50, ptThumb.y});
         EXPECT_EQ(m_dialog.m_fFrequency, 440.0F);
-        toolkit::Move(slider, g_ptInButton);
-        EXPECT_GT(m_dialog.m_fFrequency, 440.0F);
+        toolkit::Move(slider, {ptThumb.x + 51, ptThumb.y});
+        EXPECT_GT(m_dialog.m_fFrequency, 442.0F);
     });
 }
 
