@@ -23,12 +23,13 @@ constexpr DWORD ALL_SOUND_OFF = 120;
 constexpr DWORD ALL_NOTES_OFF = 123;
 
 // Null where there is no MIDI system. The library reports by exceptions, which end here.
-std::unique_ptr<RtMidiOut> MakeOutput() {
-    if (::access(SEQUENCER, R_OK | W_OK) != 0) {
+std::unique_ptr<RtMidiOut> MakeOutput(MidiSystem system) {
+    if (system == MidiSystem::AlsaSequencer && ::access(SEQUENCER, R_OK | W_OK) != 0) {
         return nullptr;
     }
     try {
-        auto pOutput = std::make_unique<RtMidiOut>(RtMidi::LINUX_ALSA, "Fretvane");
+        auto pOutput = std::make_unique<RtMidiOut>(
+            system == MidiSystem::Jack ? RtMidi::UNIX_JACK : RtMidi::LINUX_ALSA, "Fretvane");
         // Without a callback it prints.
         pOutput->setErrorCallback([](RtMidiError::Type, const std::string&, void*) {});
         return pOutput;
@@ -102,9 +103,11 @@ private:
 
 class CMidiPortsBackend final : public IMidiOutBackend {
 public:
+    explicit CMidiPortsBackend(MidiSystem system) : m_system(system) {}
+
     UINT GetNumDevs() override {
         std::vector<std::string> names;
-        if (const auto pOutput = MakeOutput()) {
+        if (const auto pOutput = MakeOutput(m_system)) {
             for (unsigned int nPort = 0; nPort < pOutput->getPortCount(); ++nPort) {
                 names.push_back(pOutput->getPortName(nPort));
             }
@@ -126,7 +129,7 @@ public:
     // The port is looked for by its name: ports come and go, and their numbers move.
     MMRESULT Open(UINT uDeviceId, std::shared_ptr<IMidiOutPort>& pPort) override {
         const std::string strName = NameOf(uDeviceId);
-        auto pOutput = strName.empty() ? nullptr : MakeOutput();
+        auto pOutput = strName.empty() ? nullptr : MakeOutput(m_system);
         if (!pOutput) {
             return MMSYSERR_BADDEVICEID;
         }
@@ -153,12 +156,13 @@ private:
         return uDeviceId < m_names.size() ? m_names[uDeviceId] : std::string();
     }
 
+    const MidiSystem m_system;
     std::mutex m_mutex;
     std::vector<std::string> m_names;
 };
 
 }  // namespace
 
-std::shared_ptr<IMidiOutBackend> MakeMidiPortsBackend() {
-    return std::make_shared<CMidiPortsBackend>();
+std::shared_ptr<IMidiOutBackend> MakeMidiPortsBackend(MidiSystem system) {
+    return std::make_shared<CMidiPortsBackend>(system);
 }
