@@ -15,6 +15,7 @@
 #include <cstdio>
 #include <fstream>
 #include <iterator>
+#include <memory>
 #include <numbers>
 #include <numeric>
 #include <thread>
@@ -193,12 +194,12 @@ TEST_F(ToneServer, TheRunIsSixNotesEachInItsPlace) {
 
 TEST_F(ToneServer, ClosingEndsTheSoundAtOnce) {
     ASSERT_TRUE(m_server.Start("pulse"));
+    auto pPlayer = std::make_unique<CTonePlayer>();
+    std::this_thread::sleep_for(1s);  // the synthesizer is loaded
     StartRecording();
-    {
-        CTonePlayer player;
-        player.PlayString(40, 127);
-        std::this_thread::sleep_for(400ms);
-    }
+    pPlayer->PlayString(40, 127);
+    std::this_thread::sleep_for(400ms);
+    pPlayer.reset();
     std::this_thread::sleep_for(500ms);
     StopRecording();
     EXPECT_GT(LevelAt(0.2, 0.3), 0.01);

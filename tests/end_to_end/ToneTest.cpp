@@ -1,0 +1,82 @@
+#include "end_to_end/Hand.h"
+#include "end_to_end/Stage.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdlib>
+#include <string>
+#include <thread>
+#include <vector>
+
+// The tuner listens to what it plays itself: its microphone is the output of the sound server.
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::uint32_t NEEDLE_LIVE = 0x0000A0;
+// Where a click plays a string.
+constexpr int FIRST_STRING_X = 45;
+constexpr int STRINGS_APART = 25;
+constexpr int STRINGS_Y = 70;
+
+class OwnTone : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(m_sound.Start());
+        ASSERT_TRUE(m_sound.Control({"set-default-source", "ref_out.monitor"}));
+        ASSERT_TRUE(m_stage.Start(&m_sound));
+        const DisplayedReading first = m_stage.ReadUntil(
+            [](const DisplayedReading& reading) { return reading.strNote == "F#" && reading.nCents == 0; },
+            10s);
+        ASSERT_EQ(first.strNote, "F#") << m_stage.ReadFile("program.log");
+        std::this_thread::sleep_for(500ms);
+    }
+
+    CSoundServer m_sound;
+    CStage m_stage;
+};
+
+TEST_F(OwnTone, EachStringIsReadAsTheNoteThatWasClickedAndInTune) {
+    const CHand hand(m_stage.GetScreen().GetDisplay());
+    const std::array<const char*, 6> notes{"E", "A", "D", "G", "B", "E"};
+    for (std::size_t i = 0; i < notes.size(); ++i) {
+        SCOPED_TRACE(i);
+        ASSERT_TRUE(hand.Click(FIRST_STRING_X + STRINGS_APART * static_cast<int>(i), STRINGS_Y));
+        const DisplayedReading first = m_stage.ReadUntil(
+            [&](const DisplayedReading& reading) {
+                return reading.strNote == notes.at(i) && reading.needleColor == NEEDLE_LIVE;
+            },
+            3s);
+        EXPECT_EQ(first.strNote, notes.at(i));
+        std::vector<int> errors;
+        for (const auto end = std::chrono::steady_clock::now() + 700ms;
+             std::chrono::steady_clock::now() < end;) {
+            const DisplayedReading reading = m_stage.Read();
+            errors.push_back(reading.strNote == notes.at(i) ? std::abs(reading.nCents.value_or(100)) : 100);
+            std::this_thread::sleep_for(20ms);
+        }
+        // The pluck itself has no pitch yet; what follows has.
+        std::sort(errors.begin(), errors.end());
+        EXPECT_LE(errors[errors.size() / 2], 1);
+        EXPECT_LE(errors[errors.size() * 4 / 5], 3);
+        std::this_thread::sleep_for(500ms);  // until all is still
+    }
+}
+
+TEST_F(OwnTone, TheProgramEndsAtOnceDuringATone) {
+    ASSERT_TRUE(m_stage.PressKey("p"));
+    const DisplayedReading live = m_stage.ReadUntil(
+        [](const DisplayedReading& reading) { return reading.needleColor == NEEDLE_LIVE; }, 3s);
+    ASSERT_EQ(live.needleColor, NEEDLE_LIVE);
+    m_stage.GetProgram().Signal(SIGTERM);
+    EXPECT_EQ(m_stage.GetProgram().WaitForEnd(4s), 0);
+    EXPECT_EQ(m_sound.Control({"list", "short", "sink-inputs"}), "");
+    EXPECT_EQ(m_stage.ReadFile("program.log"), "");
+}
+
+}  // namespace
