@@ -46,6 +46,9 @@ void CUser::Look() {
         toolkit::CloseModal();
         return;
     }
+    if (m_bLeaveDialogs) {
+        return;
+    }
     if (auto* const pEdit = pModal->findChild<QLineEdit*>(); pEdit != nullptr && m_strName) {
         pEdit->setText(QString::fromStdString(*m_strName));
     }

@@ -27,6 +27,8 @@ public:
 
     // What the user types before OK; nothing at all for Cancel.
     void SetNameToType(std::optional<CString> strName);
+    // Leaves the dialogs to the test.
+    void LeaveDialogs() { m_bLeaveDialogs = true; }
     // Leaves whatever opens to the test.
     void LookAway();
 
@@ -38,6 +40,7 @@ private:
     struct Watch;
     void Look();
 
+    bool m_bLeaveDialogs = false;
     std::optional<CString> m_strName;
     std::vector<ShownBox> m_boxes;
     std::vector<CString> m_dialogs;

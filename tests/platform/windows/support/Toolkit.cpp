@@ -23,6 +23,7 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QTabBar>
 #include <QtWidgets/QWidget>
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <memory>
@@ -73,9 +74,14 @@ void SendKey(const CWnd& wnd, QEvent::Type type, int nKey, const CString& strTex
     QApplication::sendEvent(&WidgetOf(wnd), &event);
 }
 
+// Also on a page of a sheet.
 CWnd* ModalItem(int nId) {
-    const CWnd* const pModal = CWndState::Find(QApplication::activeModalWidget());
-    return pModal != nullptr ? pModal->GetDlgItem(nId) : nullptr;
+    const QWidget* const pModal = QApplication::activeModalWidget();
+    const auto widgets = pModal != nullptr ? pModal->findChildren<QWidget*>() : QList<QWidget*>();
+    const auto found = std::find_if(widgets.begin(), widgets.end(), [nId](const QWidget* pWidget) {
+        return pWidget->property("controlId") == QVariant(nId);
+    });
+    return found != widgets.end() ? CWndState::Find(*found) : nullptr;
 }
 
 // The widget that the window system would give the mouse to.

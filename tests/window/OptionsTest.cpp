@@ -1,0 +1,130 @@
+#include "dialogs/OptionsSheet.h"
+#include "platform/base/String.h"
+#include "platform/windows/WinApp.h"
+#include "platform/windows/support/Toolkit.h"
+#include "window/ControlTable.h"
+#include "window/TunerWndTest.h"
+
+#include <functional>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr int DEFAULTS = 1015;
+constexpr int RECORDING_DEVICES = 1013;
+constexpr int APPLY = 12321;
+constexpr const char* DEFAULT_COLORS = "10485760\t16711680\t32768\t16711680";
+constexpr const char* OTHER_COLORS = "255\t65280\t65535\t8388736";
+
+class OptionsTest : public CTunerWndTest {
+protected:
+    // The application owns the main window, and both dialogs and sheets look for it there.
+    ~OptionsTest() override { static_cast<void>(m_pWnd.release()); }
+
+    void StartWith(const char* szColors, int nDevice) {
+        m_directory.Write("state.txt", FormatText("-\n44000\t%s\t0\t%d\t0\t128\t0\n", szColors, nDevice));
+        PlaySilence();
+        Open();
+        // The first block is full, and shown.
+        toolkit::RunFor(300);
+    }
+    void OpenWith(const char* szColors, int nDevice) {
+        StartWith(szColors, nDevice);
+        m_user.LeaveDialogs();
+        m_app.SetMainWnd(std::unique_ptr<CWnd>(m_pWnd.get()));
+    }
+    // What the user does in the sheet, which is then cancelled if it is still there.
+    void InOptions(const std::function<void(const COptionsSheet& sheet)>& fnUser) {
+        bool bSeen = false;
+        toolkit::Later([&] {
+            const auto sheet = [] { return dynamic_cast<const COptionsSheet*>(CWnd::GetFocus()); };
+            if (toolkit::WaitUntil([&] { return sheet() != nullptr; })) {
+                bSeen = true;
+                fnUser(*sheet());
+            }
+            if (toolkit::ModalTitle() == "[高音 ]") {
+                toolkit::CloseModal();
+            }
+        });
+        toolkit::Click(*Wnd().GetDlgItem(ID_OPTIONS), {5, 5});
+        EXPECT_TRUE(bSeen);
+    }
+    void PickDevice(int nRow) {
+        InOptions([nRow](const COptionsSheet& sheet) {
+            toolkit::ClickTab(sheet, 1);
+            if (nRow >= 0) {
+                toolkit::PickRow(*sheet.m_devicePage.GetDlgItem(RECORDING_DEVICES), nRow);
+            }
+            toolkit::ClickInModal(IDOK);
+        });
+    }
+    std::vector<UINT> OpenedDevices() {
+        std::vector<UINT> devices;
+        for (const auto& opening : m_fake->GetOpenings()) {
+            devices.push_back(opening.uDeviceId);
+        }
+        return devices;
+    }
+    // After the time in which frames would draw something else.
+    std::vector<std::uint32_t> PictureLater() {
+        toolkit::RunFor(100);
+        return CopyPicture();
+    }
+
+    CWinApp m_app;
+};
+
+class ColorOptions : public OptionsTest, public ::testing::WithParamInterface<int> {};
+
+// Whatever brings the colours into force, the window looks as one that started with them, the grey needle
+// included.
+TEST_P(ColorOptions, MakeTheWindowLookLikeOneThatStartedWithThem) {
+    const bool bApply = GetParam() == APPLY;
+    StartWith(DEFAULT_COLORS, 0);
+    const auto wanted = PictureLater();
+    Close();
+
+    OpenWith(OTHER_COLORS, 0);
+    const auto other = PictureLater();
+    EXPECT_NE(other, wanted);
+    InOptions([](const COptionsSheet&) { toolkit::ClickInModal(DEFAULTS); });
+    EXPECT_EQ(PictureLater(), other) << "cancelled";
+    EXPECT_EQ(Access().Store().GetLowColor(), 65535U);
+    InOptions([&](const COptionsSheet&) {
+        toolkit::ClickInModal(DEFAULTS);
+        toolkit::ClickInModal(GetParam());
+        if (bApply) {
+            EXPECT_EQ(PictureLater(), wanted) << "while the sheet is open";
+        }
+    });
+    EXPECT_EQ(PictureLater(), wanted);
+    EXPECT_EQ(Access().Store().GetLowColor(), CTuningStore::DEFAULT_LOW_COLOR);
+    EXPECT_EQ(OpenedDevices().size(), 2U) << "the capture goes on";
+}
+
+INSTANTIATE_TEST_SUITE_P(, ColorOptions, ::testing::Values(APPLY, int{IDOK}));
+
+TEST_F(OptionsTest, StartTheCaptureAnewOnAnotherDevice) {
+    m_fake->SetDevices({{}, {}});
+    OpenWith(OTHER_COLORS, 1);
+    EXPECT_THAT(OpenedDevices(), ElementsAre(0));
+    PickDevice(-1);
+    EXPECT_THAT(OpenedDevices(), ElementsAre(0)) << "the same device";
+    PickDevice(2);
+    EXPECT_THAT(OpenedDevices(), ElementsAre(0, 1));
+    EXPECT_EQ(m_fake->GetOpenCount(), 1) << "the other is closed";
+    EXPECT_EQ(Access().Store().GetWaveDevice(), 2);
+    PickDevice(0);
+    EXPECT_THAT(OpenedDevices(), ElementsAre(0, 1, WAVE_MAPPER));
+    EXPECT_THAT(m_user.GetBoxes(), IsEmpty());
+
+    m_fake->SetDevices({});
+    PickDevice(-1);
+    EXPECT_EQ(Access().Store().GetWaveDevice(), -1);
+    EXPECT_THAT(m_user.GetBoxes(), testing::SizeIs(1)) << "the capture tells of it";
+    EXPECT_EQ(m_fake->GetOpenCount(), 0);
+}
+
+}  // namespace
