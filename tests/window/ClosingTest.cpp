@@ -80,7 +80,7 @@ INSTANTIATE_TEST_SUITE_P(
                                toolkit::Click(*wnd.GetDlgItem(ID_EXIT), {10, 10});
                            }},
                     WayOut{"ExitByKey",
-                           [](CTunerWnd& wnd) { toolkit::Key(*wnd.GetDlgItem(ID_EXIT), ' ', " "); }},
+                           [](CTunerWnd& wnd) { toolkit::Key(*wnd.GetDlgItem(ID_TUNINGS), 'E', "e"); }},
                     WayOut{"Destroyed", [](CTunerWnd& wnd) { wnd.DestroyWindow(); }},
                     WayOut{"TwiceAtOnce",
                            [](CTunerWnd& wnd) {

@@ -226,14 +226,6 @@ TEST_F(InputTest, TabPassesADisabledDelete) {
     EXPECT_EQ(FocusId(), ID_HELP);
 }
 
-TEST_F(InputTest, ClosesByTheKey) {
-    OpenWith();
-    SetFocus(ID_PLAY);
-    Press('E', "e");
-    EXPECT_FALSE(Wnd().IsWindow());
-    EXPECT_TRUE(m_directory.Exists("state.txt"));
-}
-
 // F against frames that are just about to show their text: what they show goes with the switch.
 TEST_F(InputTest, ClearsTheFrameRateWhateverFramesDo) {
     m_fake->SetDevices({});
@@ -257,21 +249,6 @@ TEST_F(InputTest, ClearsTheFrameRateWhateverFramesDo) {
     bRun = false;
     frames.join();
     EXPECT_EQ(nLeft, 0);
-}
-
-// While the window is minimised nothing that sounds reaches the display.
-TEST_F(InputTest, PausesWhileMinimised) {
-    OpenWith();
-    PlaySilence();
-    toolkit::RunFor(100);
-    Wnd().ShowWindow(SW_MINIMIZE);
-    toolkit::RunFor(100);
-    const auto before = CopyPicture();
-    PlayString(110.0);
-    toolkit::RunFor(300);
-    EXPECT_EQ(CopyPicture(), before);
-    Wnd().ShowWindow(SW_RESTORE);
-    EXPECT_TRUE(toolkit::WaitUntil([this, &before] { return CopyPicture() != before; }));
 }
 
 }  // namespace
