@@ -34,14 +34,38 @@ double FrequencyOf(int nKey) {
     return 440.0 * std::exp2((nKey - 69) / 12.0);
 }
 
+// What this process holds: threads, descriptors, and memory in pages.
+struct Held {
+    std::ptrdiff_t nThreads;
+    std::ptrdiff_t nDescriptors;
+    long nPages;
+    static Held Now() {
+        const auto count = [](const char* szDirectory) {
+            return std::distance(std::filesystem::directory_iterator(szDirectory), {});
+        };
+        long nPages = 0;
+        std::ifstream("/proc/self/statm") >> nPages >> nPages;
+        return {count("/proc/self/task"), count("/proc/self/fd"), nPages};
+    }
+};
+
 class ToneServer : public testing::Test {
 protected:
     void SetUp() override { SetMidiOutBackend(nullptr); }
     void TearDown() override {
         m_recorder.End();
+        m_pPlayer.reset();
         SetMidiOutBackend(nullptr);
     }
 
+    // A player whose synthesizer is loaded: the thread that does so has ended.
+    void StartPlayer() {
+        const auto nThreads = Held::Now().nThreads;
+        m_pPlayer = std::make_unique<CTonePlayer>();
+        for (int i = 0; i < 1000 && Held::Now().nThreads > nThreads; ++i) {
+            std::this_thread::sleep_for(10ms);
+        }
+    }
     void StartRecording() {
         m_file = m_directory.GetPath() / "tone.raw";
         ASSERT_TRUE(
@@ -92,20 +116,20 @@ protected:
     }
     // Plays the keys one after the other and compares each with its frequency at this A. On a machine that is
     // too busy to keep the sound flowing some are heard wrong: those get another chance.
-    void CheckKeys(CTonePlayer& player, std::vector<int> keys, float fA) {
-        player.SetAFrequency(fA);
+    void CheckKeys(std::vector<int> keys, float fA) {
+        m_pPlayer->SetAFrequency(fA);
         for (int nTry = 0; nTry < 3 && !keys.empty(); ++nTry) {
-            ASSERT_NO_FATAL_FAILURE(PlayKeys(player, keys));
+            ASSERT_NO_FATAL_FAILURE(PlayKeys(keys));
             keys = WrongOnes(keys, fA);
         }
         EXPECT_THAT(keys, testing::IsEmpty());
     }
-    void PlayKeys(CTonePlayer& player, const std::vector<int>& keys) {
+    void PlayKeys(const std::vector<int>& keys) {
         StartRecording();
         const auto start = std::chrono::steady_clock::now();
         for (std::size_t i = 0; i < keys.size(); ++i) {
             std::this_thread::sleep_until(start + SLOT * i);
-            player.PlayString(keys[i], 127);
+            m_pPlayer->PlayString(keys[i], 127);
         }
         std::this_thread::sleep_for(SLOT);
         StopRecording();
@@ -134,6 +158,7 @@ protected:
     CPrivateSoundServer m_server;
     CTemporaryDirectory m_directory;
     CChildProcess m_recorder;
+    std::unique_ptr<CTonePlayer> m_pPlayer;
     std::filesystem::path m_file;
     std::vector<float> m_samples;
     double m_fOnset = 0.0;
@@ -141,30 +166,30 @@ protected:
 
 TEST_F(ToneServer, AllThirtySixNotesAreHeardAtTheirPitch) {
     ASSERT_TRUE(m_server.Start("pulse"));
-    CTonePlayer player;
+    StartPlayer();
     std::vector<int> keys(36);
     std::iota(keys.begin(), keys.end(), 36);
-    CheckKeys(player, keys, 440.0F);
+    CheckKeys(keys, 440.0F);
 }
 
 TEST_F(ToneServer, NotesFollowTheFrequencyOfA) {
     ASSERT_TRUE(m_server.Start("pulse"));
-    CTonePlayer player;
-    CheckKeys(player, {36, 45, 59, 71}, 430.0F);
-    CheckKeys(player, {36, 45, 59, 71}, 450.0F);
+    StartPlayer();
+    CheckKeys({36, 45, 59, 71}, 430.0F);
+    CheckKeys({36, 45, 59, 71}, 450.0F);
 }
 
 TEST_F(ToneServer, PipeWireSoundsAlike) {
     ASSERT_TRUE(m_server.Start("pipewire"));
-    CTonePlayer player;
-    CheckKeys(player, {40, 64}, 440.0F);
+    StartPlayer();
+    CheckKeys({40, 64}, 440.0F);
 }
 
 TEST_F(ToneServer, ANoteLastsEightHundredMilliseconds) {
     ASSERT_TRUE(m_server.Start("pulse"));
-    CTonePlayer player;
+    StartPlayer();
     StartRecording();
-    player.PlayString(52, 127);
+    m_pPlayer->PlayString(52, 127);
     std::this_thread::sleep_for(1300ms);
     StopRecording();
     // Let go, it dies away by 8 dB in 50 ms.
@@ -175,9 +200,9 @@ TEST_F(ToneServer, ANoteLastsEightHundredMilliseconds) {
 
 TEST_F(ToneServer, TheRunIsSixNotesEachInItsPlace) {
     ASSERT_TRUE(m_server.Start("pulse"));
-    CTonePlayer player;
+    StartPlayer();
     StartRecording();
-    player.PlayAllStrings(41, 46, 51, 56, 60, 65, 127);
+    m_pPlayer->PlayAllStrings(41, 46, 51, 56, 60, 65, 127);
     std::this_thread::sleep_for(1600ms);
     StopRecording();
     const std::vector<int> keys{40, 45, 50, 55, 59, 64};
@@ -194,42 +219,26 @@ TEST_F(ToneServer, TheRunIsSixNotesEachInItsPlace) {
 
 TEST_F(ToneServer, ClosingEndsTheSoundAtOnce) {
     ASSERT_TRUE(m_server.Start("pulse"));
-    auto pPlayer = std::make_unique<CTonePlayer>();
-    std::this_thread::sleep_for(1s);  // the synthesizer is loaded
+    StartPlayer();
     StartRecording();
-    pPlayer->PlayString(40, 127);
+    m_pPlayer->PlayString(40, 127);
     std::this_thread::sleep_for(400ms);
-    pPlayer.reset();
+    m_pPlayer.reset();
     std::this_thread::sleep_for(500ms);
     StopRecording();
     EXPECT_GT(LevelAt(0.2, 0.3), 0.01);
     EXPECT_EQ(LevelAt(0.6, 0.8), 0.0);
 }
 
-// What this process holds: threads, descriptors, and memory in pages.
-struct Held {
-    std::ptrdiff_t nThreads;
-    std::ptrdiff_t nDescriptors;
-    long nPages;
-    static Held Now() {
-        const auto count = [](const char* szDirectory) {
-            return std::distance(std::filesystem::directory_iterator(szDirectory), {});
-        };
-        long nPages = 0;
-        std::ifstream("/proc/self/statm") >> nPages >> nPages;
-        return {count("/proc/self/task"), count("/proc/self/fd"), nPages};
-    }
-};
-
 TEST_F(ToneServer, AHundredPlaysInQuickSuccessionLeaveNothing) {
     ASSERT_TRUE(m_server.Start("pulse"));
-    CTonePlayer player;
-    const auto play = [&player](int nTimes) {
+    StartPlayer();
+    const auto play = [this](int nTimes) {
         for (int i = 0; i < nTimes; ++i) {
             if (i % 2 == 0) {
-                player.PlayString(40 + i % 24, 127);
+                m_pPlayer->PlayString(40 + i % 24, 127);
             } else {
-                player.PlayAllStrings(41, 46, 51, 56, 60, 65, 127);
+                m_pPlayer->PlayAllStrings(41, 46, 51, 56, 60, 65, 127);
             }
             std::this_thread::sleep_for(std::chrono::milliseconds(i % 7));
         }
@@ -243,7 +252,7 @@ TEST_F(ToneServer, AHundredPlaysInQuickSuccessionLeaveNothing) {
     EXPECT_EQ(after.nDescriptors, before.nDescriptors);
     EXPECT_LT(after.nPages, before.nPages + 256);
     StartRecording();
-    player.PlayString(50, 127);
+    m_pPlayer->PlayString(50, 127);
     std::this_thread::sleep_for(SLOT);
     StopRecording();
     EXPECT_NEAR(CentsFrom(FrequencyOf(50), 0.07, 0.74), EXTRA_CENTS, 0.5);
@@ -265,15 +274,15 @@ TEST_F(ToneServer, ATonePlayedWhileTheSynthesizerIsLoadedSoundsAndTheNextTakesIt
 
 TEST_F(ToneServer, AServerThatDiesDuringAToneAndReturnsSoundsAgain) {
     ASSERT_TRUE(m_server.Start("pulse"));
-    CTonePlayer player;
-    player.PlayString(40, 127);
+    StartPlayer();
+    m_pPlayer->PlayString(40, 127);
     std::this_thread::sleep_for(300ms);
     m_server.Kill();
     std::this_thread::sleep_for(100ms);
-    player.PlayString(40, 127);
+    m_pPlayer->PlayString(40, 127);
     ASSERT_TRUE(m_server.Start("pulse"));
     StartRecording();
-    player.PlayString(45, 127);
+    m_pPlayer->PlayString(45, 127);
     std::this_thread::sleep_for(SLOT);
     StopRecording();
     EXPECT_NEAR(CentsFrom(FrequencyOf(45), 0.07, 0.74), EXTRA_CENTS, 0.5);
