@@ -19,15 +19,14 @@ public:
     virtual bool Write(CArchive& archive) const = 0;
     // Writes a line for people to read. CFileException when the file failed.
     virtual void Dump(CFile& file) const = 0;
+    // Clears the message and fills it from this event.
+    virtual void GetMessage(CMidiMessage& message) const;
     virtual void GetName(CString& strText) const = 0;
     virtual void GetText(CString& strText) const = 0;
     virtual DWORD GetValue() const = 0;
     // What the value or the text is: 0 none, 1 text, 2 tempo, 3 time signature, 4 key signature.
     virtual int GetKind() const = 0;
     virtual void FillMessage(CMidiMessage& message) const = 0;
-
-    // Clears the message and fills it from this event.
-    void GetMessage(CMidiMessage& message) const;
 
     // Takes the event out of any list that it stands in and places it behind `node`.
     void InsertAfter(CMidiEvent& node);

@@ -1,3 +1,4 @@
+#include "platform/base/Archive.h"
 #include "platform/base/Exceptions.h"
 #include "platform/multimedia/MidiOutBackend.h"
 #include "platform/multimedia/MultimediaTimer.h"
@@ -5,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
 #include <vector>
 
 class CTonePlayerAccess {
@@ -143,6 +145,12 @@ protected:
     std::shared_ptr<CRecordingMidi> m_pMidi = std::make_shared<CRecordingMidi>(*m_pTimer);
 };
 
+void LoadSong(CMidiSong& song, std::vector<BYTE>& image) {
+    CMemFile file{std::span<BYTE>(image)};
+    CArchive archive(file, CArchive::Mode::Load);
+    EXPECT_TRUE(song.Serialize(archive));
+}
+
 struct Bend {
     float fA;
     DWORD dwOne;
@@ -202,6 +210,69 @@ TEST_F(TonePlayer, TheImageIsWrittenByteForByte) {
                                    3,  0,  0,  4,  64, 18,   4,    0,    0,    5, 64,   18,   5,    0,
                                    0,  6,  64, 18, 6,  0,    0,    0xB0, 0xF8, 0, 0,    0xFF, 0x2F, 0};
     EXPECT_EQ(std::vector<BYTE>(image.begin() + 171, image.end()), all);
+}
+
+TEST_F(TonePlayer, TheFirstTrackHoldsItsTempos) {
+    CTonePlayer player;
+    player.PlayString(40, 127);
+    std::vector<BYTE> image = CTonePlayerAccess::ImageOf(player);
+    CMidiSong song;
+    LoadSong(song, image);
+    song.GetTracks().ResetIteration();
+    using Tempo = std::pair<DWORD, DWORD>;  // tick and microseconds per quarter note
+    std::vector<Tempo> tempos;
+    DWORD nTick = 0;
+    for (const auto* p = song.GetTracks().NextTrack()->GetFirstEvent(); p != nullptr; p = p->GetNext()) {
+        nTick += p->GetDelta();
+        if (p->GetKind() == 2) {
+            tempos.emplace_back(nTick, p->GetValue());
+        }
+    }
+    const std::vector<Tempo> expected = {
+        {0, 1200000},     {840, 1333333},   {960, 1200000},   {1800, 1333333},  {1920, 1200000},
+        {2760, 1333333},  {2880, 1200000},  {5640, 1500000},  {5760, 1200000},  {8520, 1333333},
+        {8640, 1200000},  {10440, 1500000}, {10560, 1200000}, {13320, 1333333}, {13440, 1200000},
+        {15240, 1500000}, {15360, 1000000}};
+    EXPECT_EQ(tempos, expected);
+    EXPECT_EQ(song.GetTracks().GetCount(), 2);
+}
+
+TEST_F(TonePlayer, EarlyEventsDoNotAddUpAndWaitsKeepTheirPartOfTheTempo) {
+    // 7 ms a tick of the song, 14 ms from the tenth on. Three tracks: the tempos, notes at every tick, a long
+    // wait. Nothing waits for a tempo that is not known yet: the first notes sound at once.
+    std::vector<BYTE> image = {'M', 'T', 'h', 'd', 0, 0, 0, 6, 0, 1, 0, 3, 0, 120};
+    const std::vector<std::vector<BYTE>> tracks = {
+        {0, 0xFF, 0x51, 3, 0x0C, 0xD1, 0x40, 10, 0xFF, 0x51, 3, 0x19, 0xA2, 0x80},
+        {1, 0x90, 1, 9, 1, 2, 9, 1, 3, 9, 1, 4, 9, 1, 5, 9, 1, 6, 9},
+        {0, 0x91, 7, 9, 20, 8, 9}};
+    for (const auto& track : tracks) {
+        image.insert(image.end(), {'M', 'T', 'r', 'k', 0, 0, 0, static_cast<BYTE>(track.size())});
+        image.insert(image.end(), track.begin(), track.end());
+    }
+    CMidiSong song;
+    LoadSong(song, image);
+    CMidiSequencer sequencer;
+    ASSERT_TRUE(sequencer.Open(song));
+    sequencer.StartTimer();
+    m_pTimer->Tick(100);
+    sequencer.StopTimer();
+    // By the clock a note is due at 7, 14, 21... ms, and sounds at the tick of 5 ms before. The long wait has
+    // 75 of its 140 ms left when the tempo is halved, in the fourteenth tick: 150 more from there.
+    EXPECT_EQ(m_pMidi->m_sent, (std::vector<Sent>{{0, 0xFF},
+                                                  {0, 0x090190},
+                                                  {0, 0x090791},
+                                                  {1, 0x090290},
+                                                  {2, 0x090390},
+                                                  {4, 0x090490},
+                                                  {5, 0x090590},
+                                                  {7, 0x090690},
+                                                  {43, 0x090891}}));
+    CMidiSong empty;
+    EXPECT_TRUE(sequencer.Open(empty)) << "while it is open";
+    EXPECT_EQ(m_pMidi->m_nVolumesSet, 1);
+    sequencer.StartTimer();
+    m_pTimer->Tick(3);
+    sequencer.StopTimer();
 }
 
 TEST_F(TonePlayer, TheBendStopsAtASemitone) {
