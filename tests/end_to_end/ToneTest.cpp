@@ -36,6 +36,13 @@ protected:
         ASSERT_EQ(first.strNote, "F#") << m_stage.ReadFile("program.log");
         std::this_thread::sleep_for(500ms);
     }
+    // Until it is heard.
+    void PlayRun() {
+        ASSERT_TRUE(m_stage.PressKey("p"));
+        const DisplayedReading live = m_stage.ReadUntil(
+            [](const DisplayedReading& reading) { return reading.needleColor == NEEDLE_LIVE; }, 3s);
+        ASSERT_EQ(live.needleColor, NEEDLE_LIVE);
+    }
 
     CSoundServer m_sound;
     CStage m_stage;
@@ -69,14 +76,20 @@ TEST_F(OwnTone, EachStringIsReadAsTheNoteThatWasClickedAndInTune) {
 }
 
 TEST_F(OwnTone, TheProgramEndsAtOnceDuringATone) {
-    ASSERT_TRUE(m_stage.PressKey("p"));
-    const DisplayedReading live = m_stage.ReadUntil(
-        [](const DisplayedReading& reading) { return reading.needleColor == NEEDLE_LIVE; }, 3s);
-    ASSERT_EQ(live.needleColor, NEEDLE_LIVE);
+    PlayRun();
     m_stage.GetProgram().Signal(SIGTERM);
     EXPECT_EQ(m_stage.GetProgram().WaitForEnd(4s), 0);
     EXPECT_EQ(m_sound.Control({"list", "short", "sink-inputs"}), "");
     EXPECT_EQ(m_stage.ReadFile("program.log"), "");
+}
+
+TEST_F(OwnTone, TheProgramEndsAtOnceDuringAToneThatTheServerKeepsBack) {
+    PlayRun();
+    m_sound.SignalServer(SIGSTOP);
+    m_stage.GetProgram().Signal(SIGTERM);
+    const auto exitCode = m_stage.GetProgram().WaitForEnd(4s);
+    m_sound.SignalServer(SIGCONT);
+    EXPECT_EQ(exitCode, 0);
 }
 
 }  // namespace
