@@ -14,6 +14,7 @@ namespace {
 // A note has one to itself until so many others have begun: longer than it takes to die away.
 constexpr std::size_t VOICES = 4;
 constexpr int GUITAR = 24;
+constexpr int DRUM_BANK = 128;
 constexpr int FIRST_KEY = 36;
 constexpr int LAST_KEY = 72;
 constexpr int MEASURED_VELOCITY = 127;
@@ -86,8 +87,15 @@ struct CToneSynthesizer::Voice {
         for (std::size_t nKey = 0; nKey < KEYS; ++nKey) {
             pitches[nKey] = CENTS_PER_KEY * static_cast<double>(nKey) + MIDDLE_OF_CENT;
         }
-        return pSynth && fluid_synth_sfload(pSynth.get(), strSoundFont.c_str(), 1) != FLUID_FAILED &&
-               fluid_synth_activate_key_tuning(pSynth.get(), TUNING_BANK, TUNING_PROGRAM, "", pitches.data(),
+        const int nFont = pSynth ? fluid_synth_sfload(pSynth.get(), strSoundFont.c_str(), 1) : FLUID_FAILED;
+        if (nFont == FLUID_FAILED) {
+            return false;
+        }
+        // The samples of the guitar stay, and of what a reset chooses: no message reads the file.
+        fluid_synth_pin_preset(pSynth.get(), nFont, 0, GUITAR);
+        fluid_synth_pin_preset(pSynth.get(), nFont, 0, 0);
+        fluid_synth_pin_preset(pSynth.get(), nFont, DRUM_BANK, 0);
+        return fluid_synth_activate_key_tuning(pSynth.get(), TUNING_BANK, TUNING_PROGRAM, "", pitches.data(),
                                                0) == FLUID_OK;
     }
     // The cents, counted from key 0, at which the key's next note sounds before any bend.
