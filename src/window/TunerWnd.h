@@ -117,6 +117,8 @@ private:
 
     // Keys
     void OnChar(UINT nChar);
+    // Whether this is the other end of a press that has acted already.
+    bool HasActed(UINT nKey);
     void MoveFocus();
 
     // Help
@@ -173,6 +175,8 @@ private:
     int m_nPressedString = -1;  // the string where the left button did
     int m_nMenuString = -1;     // the string that the popup of notes belongs to
     int m_nTabCount = 0;        // how often Tab came up on the options button
+    UINT m_nActedKey = 0;       // the key that acted last when it went down, 0 for none
+    DWORD m_dwActed = 0;        // and when, of timeGetTime
     std::atomic<bool> m_bClosing = false;
     COLORREF m_clrFace = CLR_INVALID;  // the face colour that the logo was last blended for
 

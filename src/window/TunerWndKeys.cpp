@@ -1,3 +1,4 @@
+#include "platform/multimedia/TimeGetTime.h"
 #include "window/ControlTable.h"
 #include "window/TunerWnd.h"
 
@@ -19,6 +20,9 @@ constexpr std::array BUTTON_KEYS = {ButtonKey{'P', 'p', ID_PLAY}, ButtonKey{'A',
                                     ButtonKey{'O', 'o', ID_OPTIONS}, ButtonKey{'H', 'h', ID_HELP},
                                     ButtonKey{'E', 'e', ID_EXIT}};
 
+// A key is down no longer than this, unless it is held on purpose.
+constexpr DWORD PRESS_MS = 1000;
+
 }  // namespace
 
 void CTunerWnd::OnChar(UINT nChar) {
@@ -34,10 +38,21 @@ void CTunerWnd::OnChar(UINT nChar) {
     const auto found = std::find_if(BUTTON_KEYS.begin(), BUTTON_KEYS.end(), [nChar](const ButtonKey& key) {
         return key.nCapital == nChar || key.nSmall == nChar;
     });
-    if (found != BUTTON_KEYS.end()) {
+    if (found != BUTTON_KEYS.end() && !HasActed(found->nCapital)) {
         GetDlgItem(found->nId)->SetFocus();
         SendMessage(WM_COMMAND, MakeCommandParam(found->nId, BN_CLICKED));
     }
+}
+
+// A key that acts when it goes down in the list, or in the bare window, hands the keyboard to its button, and
+// the button tells of the same press when it comes up: a second tone, a second page of help.
+bool CTunerWnd::HasActed(UINT nKey) {
+    const CWnd* const pFocus = GetFocus();
+    const bool bGoesDown = pFocus == nullptr || pFocus == this || pFocus == &m_lbTunings;
+    const bool bActed = !bGoesDown && nKey == m_nActedKey && timeGetTime() - m_dwActed < PRESS_MS;
+    m_nActedKey = bGoesDown ? nKey : 0;
+    m_dwActed = timeGetTime();
+    return bActed;
 }
 
 void CTunerWnd::MoveFocus() {

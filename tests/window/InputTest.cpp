@@ -174,6 +174,13 @@ TEST_F(InputTest, PlaysFromAButtonWhenTheKeyComesUp) {
     // One after the other, each a semitone above its string.
     EXPECT_TRUE(toolkit::WaitUntil([this] { return m_midi->CountNotes() == 6; }));
     EXPECT_THAT(m_midi->TakeNotes(), ElementsAre(41, 46, 51, 56, 60, 65));
+    // From the list it starts when the key goes down, and what comes up at the button starts nothing more.
+    SetFocus(ID_TUNINGS);
+    Press('P', "p");
+    EXPECT_EQ(FocusId(), ID_PLAY);
+    EXPECT_THAT(m_midi->TakeNotes(), ElementsAre(41));
+    Press('P', "p");
+    EXPECT_THAT(m_midi->TakeNotes(), ElementsAre(41)) << "the next press is another one";
     // The standard comfort: Space presses the button that has the keyboard.
     SetFocus(ID_PLAY);
     Press(' ', " ");
