@@ -250,7 +250,9 @@ TEST_F(ToneServer, AHundredPlaysInQuickSuccessionLeaveNothing) {
     const Held after = Held::Now();
     EXPECT_EQ(after.nThreads, before.nThreads);
     EXPECT_EQ(after.nDescriptors, before.nDescriptors);
+#ifndef __SANITIZE_ADDRESS__  // which keeps what is freed for a while, and looks for leaks itself
     EXPECT_LT(after.nPages, before.nPages + 256);
+#endif
     StartRecording();
     m_pPlayer->PlayString(50, 127);
     std::this_thread::sleep_for(SLOT);
