@@ -14,11 +14,13 @@ struct ButtonKey {
     UINT nCapital;
     UINT nSmall;
     int nId;
+    bool bDialog;  // which then has the keyboard when the key comes up
 };
 
-constexpr std::array BUTTON_KEYS = {ButtonKey{'P', 'p', ID_PLAY}, ButtonKey{'A', 'a', ID_A_FREQUENCY},
-                                    ButtonKey{'O', 'o', ID_OPTIONS}, ButtonKey{'H', 'h', ID_HELP},
-                                    ButtonKey{'E', 'e', ID_EXIT}};
+constexpr std::array BUTTON_KEYS = {ButtonKey{'P', 'p', ID_PLAY, false},
+                                    ButtonKey{'A', 'a', ID_A_FREQUENCY, true},
+                                    ButtonKey{'O', 'o', ID_OPTIONS, true},
+                                    ButtonKey{'H', 'h', ID_HELP, false}, ButtonKey{'E', 'e', ID_EXIT, false}};
 
 // A key is down no longer than this, unless it is held on purpose.
 constexpr DWORD PRESS_MS = 1000;
@@ -38,7 +40,7 @@ void CTunerWnd::OnChar(UINT nChar) {
     const auto found = std::find_if(BUTTON_KEYS.begin(), BUTTON_KEYS.end(), [nChar](const ButtonKey& key) {
         return key.nCapital == nChar || key.nSmall == nChar;
     });
-    if (found != BUTTON_KEYS.end() && !HasActed(found->nCapital)) {
+    if (found != BUTTON_KEYS.end() && (found->bDialog || !HasActed(found->nCapital))) {
         GetDlgItem(found->nId)->SetFocus();
         SendMessage(WM_COMMAND, MakeCommandParam(found->nId, BN_CLICKED));
     }
