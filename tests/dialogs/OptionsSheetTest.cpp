@@ -232,9 +232,10 @@ TEST_F(OptionsSheet, GoesWithTheMainWindowWhateverIsOpen) {
     EXPECT_TRUE(bOpened);
 }
 
-TEST_F(OptionsSheet, KnowsEnterAndEscape) {
+TEST_F(OptionsSheet, KnowsEnterEscapeAndTab) {
     constexpr int nEscape = 0x01000000;
     constexpr int nReturn = 0x01000004;
+    constexpr int nTab = 0x01000001;
     EXPECT_EQ(Run([this] {
                   toolkit::ClickTab(*m_pSheet, 1);
                   m_pSheet->m_devicePage.GetDlgItem(1014)->SetFocus();
@@ -243,6 +244,14 @@ TEST_F(OptionsSheet, KnowsEnterAndEscape) {
               }),
               IDOK);
     EXPECT_EQ(Page().m_clr, g_chosen) << "and not the button of the page";
+    Run([this] {
+        toolkit::ClickTab(*m_pSheet, 1);
+        toolkit::ClickTab(*m_pSheet, 0);
+        for (const int nId : {g_nDefaults, int{IDOK}, int{IDCANCEL}, 0}) {
+            toolkit::KeyIntoFocus(nTab);
+            EXPECT_EQ(CWnd::GetFocus()->GetDlgCtrlID(), nId);
+        }
+    });
     EXPECT_EQ(Run([this] { toolkit::Key(*m_pSheet, nEscape, "\x1b"); }), IDCANCEL);
 }
 

@@ -1,6 +1,5 @@
 #include "dialogs/OptionsSheet.h"
 #include "platform/base/String.h"
-#include "platform/windows/WinApp.h"
 #include "platform/windows/support/Toolkit.h"
 #include "window/ControlTable.h"
 #include "window/TunerWndTest.h"
@@ -20,9 +19,6 @@ constexpr const char* OTHER_COLORS = "255\t65280\t65535\t8388736";
 
 class OptionsTest : public CTunerWndTest {
 protected:
-    // The application owns the main window, and both dialogs and sheets look for it there.
-    ~OptionsTest() override { static_cast<void>(m_pWnd.release()); }
-
     void StartWith(const char* szColors, int nDevice) {
         m_directory.Write("state.txt", FormatText("-\n44000\t%s\t0\t%d\t0\t128\t0\n", szColors, nDevice));
         PlaySilence();
@@ -33,7 +29,6 @@ protected:
     void OpenWith(const char* szColors, int nDevice) {
         StartWith(szColors, nDevice);
         m_user.LeaveDialogs();
-        m_app.SetMainWnd(std::unique_ptr<CWnd>(m_pWnd.get()));
     }
     // What the user does in the sheet, which is then cancelled if it is still there.
     void InOptions(const std::function<void(const COptionsSheet& sheet)>& fnUser) {
@@ -72,8 +67,6 @@ protected:
         toolkit::RunFor(100);
         return CopyPicture();
     }
-
-    CWinApp m_app;
 };
 
 class ColorOptions : public OptionsTest, public ::testing::WithParamInterface<int> {};

@@ -1,6 +1,6 @@
 #include "platform/windows/ColorDialog.h"
 
-#include "platform/windows/WinApp.h"
+#include "platform/windows/ModalLoop.h"
 #include "platform/windows/WndState.h"
 
 #include <QtWidgets/QApplication>
@@ -9,11 +9,6 @@
 #include <QtWidgets/QPushButton>
 
 namespace {
-
-const CWnd* WindowInFront() {
-    const CWnd* const pModal = CWndState::Find(QApplication::activeModalWidget());
-    return pModal != nullptr || GetApp() == nullptr ? pModal : GetApp()->GetMainWnd();
-}
 
 void NameButtons(const QColorDialog& dialog) {
     const auto* const pBox = dialog.findChild<QDialogButtonBox*>();
@@ -31,7 +26,8 @@ int CColorDialog::DoModal() {
     if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
         return IDCANCEL;
     }
-    const CWnd* const pOwner = m_pOwner != nullptr ? m_pOwner : WindowInFront();
+    const CWnd* const pOwner =
+        OwnerOf(m_pOwner != nullptr ? m_pOwner : CWndState::Find(QApplication::activeModalWidget()));
     QColorDialog dialog(QColor(GetRed(m_clr), GetGreen(m_clr), GetBlue(m_clr)));
     // The desktop's own dialog would be another program's window, with a life of its own.
     dialog.setOption(QColorDialog::DontUseNativeDialog);

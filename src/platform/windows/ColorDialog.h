@@ -18,5 +18,5 @@ public:
 
 private:
     COLORREF m_clr;
-    const CWnd* m_pOwner;
+    CWnd* const m_pOwner;
 };
