@@ -18,6 +18,7 @@ constexpr double PERIODS_OF_WINDOW = 4.0;
 constexpr double SECONDS_OF_WINDOW = 0.06;
 constexpr std::size_t VALUES_OF_THE_END = 8;
 constexpr double CENTS_OF_OCTAVE = 1200.0;
+constexpr double MOST_CENTS = 50.0;
 
 using Transforms = std::array<std::complex<double>, HARMONICS>;
 
@@ -74,7 +75,8 @@ std::vector<float> TrackPitch(std::span<const float> samples, int nRate, double 
         const Transforms next = TransformHarmonics(samples.subspan(n, nWindow), nRate, fExpected);
         const double fSeconds = static_cast<double>(nStep) / nRate;
         const double fDifference = DifferenceBetween(last, next, fExpected, fSeconds);
-        measured.push_back(static_cast<float>(CENTS_OF_OCTAVE * std::log2(1.0 + fDifference)));
+        const double fCents = CENTS_OF_OCTAVE * std::log2(1.0 + fDifference);
+        measured.push_back(static_cast<float>(std::clamp(fCents, -MOST_CENTS, MOST_CENTS)));
         last = next;
     }
     // The first value stands in the middle between the first two windows.

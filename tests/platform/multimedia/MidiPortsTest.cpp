@@ -34,8 +34,8 @@ protected:
         const std::string strServer = "fretvane" + std::to_string(getpid());
         setenv("JACK_DEFAULT_SERVER", strServer.c_str(), 1);
         setenv("JACK_NO_START_SERVER", "1", 1);
-        ASSERT_TRUE(m_server.Start({"jackd", "-n", strServer, "--no-realtime", "--no-mlock", "-d", "dummy",
-                                    "-r", "48000", "-p", "256"},
+        ASSERT_TRUE(m_server.Start({"setpriv", "--pdeathsig", "KILL", "jackd", "-n", strServer,
+                                    "--no-realtime", "--no-mlock", "-d", "dummy", "-r", "48000", "-p", "256"},
                                    {{"JACK_NO_AUDIO_RESERVATION", "1"}}, m_directory.GetPath(),
                                    m_directory.GetPath() / "jackd.log"));
         SetMidiOutBackend(MakeMidiPortsBackend(MidiSystem::Jack));
