@@ -8,8 +8,8 @@
 #include <vector>
 
 // Sound from a source at a rate close to the source's own, which may change all the time: by fractions of a
-// cent or by some cents. Cubic interpolation through four frames (Catmull and Rom's spline). Pairs of left
-// and right everywhere.
+// cent or by some cents. Pairs of left and right everywhere. Cubic interpolation through four frames (Catmull
+// and Rom, A Class of Local Interpolating Splines, 1974).
 class CStretchedSound {
 public:
     // The source fills what it is given. It is called from AddTo alone.
