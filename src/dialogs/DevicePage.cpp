@@ -20,10 +20,10 @@ constexpr DWORD g_dwList = LBS_USETABSTOPS | WS_VSCROLL | WS_BORDER;
 constexpr std::array g_controls{
     DialogControl{DialogControlKind::Static, -1, "录音设备:", 7, 7, 58, 8},
     DialogControl{DialogControlKind::Static, -1, "Midi输出设备:", 133, 7, 64, 8},
-    DialogControl{DialogControlKind::ComboBox, g_nWaveCombo, "", 7, 20, 120, 63, g_dwCombo},
-    DialogControl{DialogControlKind::ComboBox, g_nMidiCombo, "", 133, 20, 120, 62, g_dwCombo},
-    DialogControl{DialogControlKind::ListBox, g_nWaveList, "", 7, 38, 120, 96, g_dwList},
-    DialogControl{DialogControlKind::ListBox, g_nMidiList, "", 133, 38, 120, 96, g_dwList},
+    DialogControl{DialogControlKind::ComboBox, g_nWaveCombo, "录音设备", 7, 20, 120, 63, g_dwCombo},
+    DialogControl{DialogControlKind::ComboBox, g_nMidiCombo, "Midi输出设备", 133, 20, 120, 62, g_dwCombo},
+    DialogControl{DialogControlKind::ListBox, g_nWaveList, "录音设备", 7, 38, 120, 96, g_dwList},
+    DialogControl{DialogControlKind::ListBox, g_nMidiList, "Midi输出设备", 133, 38, 120, 96, g_dwList},
 };
 
 constexpr DialogTemplate g_template{113, "设备选择", 260, 141, g_controls};

@@ -23,8 +23,9 @@ constexpr int g_nTicFreq = 5;
 constexpr std::size_t g_nMaxCharacters = 8;
 
 constexpr std::array g_controls{
-    DialogControl{DialogControlKind::Edit, g_nEdit, "", 143, 52, 40, 14, WS_BORDER | ES_AUTOHSCROLL},
-    DialogControl{DialogControlKind::Slider, g_nSlider, "", 22, 73, 240, 19},
+    DialogControl{DialogControlKind::Edit, g_nEdit, "\"A\" Note Frequency", 143, 52, 40, 14,
+                  WS_BORDER | ES_AUTOHSCROLL},
+    DialogControl{DialogControlKind::Slider, g_nSlider, "\"A\" Note Frequency", 22, 73, 240, 19},
     DialogControl{DialogControlKind::Button, g_nReset, "重置", 117, 113, 50, 14},
     DialogControl{DialogControlKind::DefaultButton, IDOK, "确定", 229, 7, 50, 14},
     DialogControl{DialogControlKind::Button, IDCANCEL, "取消", 229, 24, 50, 14},

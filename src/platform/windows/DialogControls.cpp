@@ -21,7 +21,11 @@ constexpr int g_nTenths = 10;
 template <class Control>
 std::unique_ptr<CWnd> MakeBox(const DialogControl& control, const RECT& rc, CWnd& dialog, DWORD dwStyle) {
     auto pControl = std::make_unique<Control>();
-    return pControl->Create(dwStyle, rc, &dialog, control.nId) ? std::move(pControl) : nullptr;
+    if (!pControl->Create(dwStyle, rc, &dialog, control.nId)) {
+        return nullptr;
+    }
+    pControl->SetAccessibleName(control.szText);
+    return pControl;
 }
 
 template <class Control>

@@ -10,7 +10,7 @@ enum class DialogControlKind { Static, Edit, Button, DefaultButton, ComboBox, Li
 struct DialogControl {
     DialogControlKind nKind;
     int nId;  // -1 for a label that nobody asks for
-    const char* szText;
+    const char* szText;  // of one that shows no text of its own: what a screen reader calls it
     int x;
     int y;
     int cx;
