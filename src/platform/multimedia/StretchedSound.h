@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <span>
+#include <utility>
 #include <vector>
 
 // Sound from a source at a rate close to the source's own, which may change all the time: by fractions of a
