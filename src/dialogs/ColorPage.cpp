@@ -22,6 +22,10 @@ constexpr std::array g_controls{
     DialogControl{DialogControlKind::Button, g_nDefaults, "恢复默认颜色设置", 17, 64, 95, 14, WS_TABSTOP},
 };
 
+// By the indices of the colours.
+constexpr std::array<const char*, CColorPage::COLORS> g_names{"指针颜色", "过高时的颜色", "过低时的颜色",
+                                                              "文本颜色"};
+
 constexpr DialogTemplate g_template{112, "颜色设置", 229, 102, g_controls};
 
 }  // namespace
@@ -51,6 +55,7 @@ bool CColorPage::OnInitDialog() {
     m_nPressed = 0;
     for (std::size_t i = 0; i < COLORS; ++i) {
         m_swatch[i].Init(this, g_nFirstSwatch + static_cast<int>(i));
+        m_swatch[i].SetAccessibleName(g_names[i]);
         FillSwatch(i);
     }
     return true;

@@ -68,13 +68,13 @@ bool CTunerWnd::DrawLiveWidgets(CDC& dc) {
     if (m_bClosing) {
         return false;
     }
-    m_clrFade = GetFadedNeedleColor();
     DrawDial(dc);
     return true;
 }
 
 void CTunerWnd::DrawDial(CDC& dc) {
     const std::scoped_lock lock(GetPictureLock());
+    m_clrFade = GetFadedNeedleColor();
     const bool bColorChanged = m_clrFade != m_clrFadeDrawn;
     if (bColorChanged) {
         m_fineDial.SetColor(m_clrFade);

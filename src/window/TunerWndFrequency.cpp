@@ -8,7 +8,7 @@
 void CTunerWnd::OnAFrequency() {
     CFrequencyDialog dialog(this);
     dialog.m_fFrequency = m_store.GetAFrequency();
-    if (dialog.DoModal() != IDOK) {
+    if (dialog.DoModal() != IDOK || m_bClosing) {
         return;
     }
     const float fFrequency = dialog.m_fFrequency;

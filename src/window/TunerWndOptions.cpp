@@ -14,7 +14,7 @@ void CTunerWnd::OnOptions() {
     clr[CColorPage::TEXT] = m_store.GetTextColor();
     sheet.m_devicePage.m_nMidiChoice = m_store.GetMidiDevice();
     sheet.m_devicePage.m_nWaveChoice = m_store.GetWaveDevice();
-    if (sheet.DoModal() != IDOK) {
+    if (sheet.DoModal() != IDOK || m_bClosing) {
         return;
     }
     m_store.SetNeedleColor(clr[CColorPage::NEEDLE]);

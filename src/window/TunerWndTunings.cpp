@@ -71,7 +71,7 @@ void CTunerWnd::OnSelChange() {
 
 void CTunerWnd::OnAddTuning() {
     CTuningNameDialog dialog(this);
-    if (dialog.DoModal() != IDOK || dialog.m_strName.empty()) {
+    if (dialog.DoModal() != IDOK || dialog.m_strName.empty() || m_bClosing) {
         return;
     }
     Tuning& current = *m_store.GetCurrentTuning();

@@ -129,6 +129,19 @@ TEST_F(MenuTest, SetsTheStringPlaysItAndThenFindsTheRow) {
     EXPECT_TRUE(Note(5).IsNote(0, 1));
 }
 
+TEST_F(MenuTest, HasAllThirtySixNotes) {
+    for (int nOctave = 0; nOctave < TUNING_OCTAVES; ++nOctave) {
+        for (int nSemitone = 0; nSemitone < SEMITONES; ++nSemitone) {
+            EXPECT_TRUE(RightClick({LOWEST_X, 40}, [nOctave, nSemitone] {
+                OpenOctave(nOctave);
+                toolkit::ClickPopupItem(nSemitone, false);
+            }));
+            EXPECT_TRUE(Note(0).IsNote(nSemitone, nOctave));
+            EXPECT_THAT(m_midi->TakeNotes(), ElementsAre(nSemitone + 12 * (nOctave + 3)));
+        }
+    }
+}
+
 TEST_F(MenuTest, OpensNothingBesideTheStrings) {
     for (const POINT pt : {POINT{57, 60}, {25, 60}, {45, 33}, {45, 102}, {400, 20}, {300, 200}}) {
         EXPECT_FALSE(RightClick(pt, [] { toolkit::PopupKey(ESCAPE); })) << pt.x << ", " << pt.y;

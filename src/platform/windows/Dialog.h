@@ -17,7 +17,7 @@ public:
     explicit CDialog(const DialogTemplate& dialogTemplate, CWnd* pParent = nullptr);
     ~CDialog() override;
 
-    // Shows the dialog over its disabled owner until EndDialog; its result, that is, IDOK or IDCANCEL. If the
+    // Shows the dialog, modal to its owner, until EndDialog; its result, that is, IDOK or IDCANCEL. If the
     // owner's window goes meanwhile: IDCANCEL. -1 if the dialog can't be made.
     int DoModal();
     void EndDialog(int nResult);

@@ -13,8 +13,8 @@ bool CEdit::Create(DWORD dwStyle, const RECT& rc, CWnd* pParent, int nId) {
     CWndState& state = CWndState::Of(*this);
     auto pEdit = std::make_unique<QLineEdit>();
     pEdit->setMaxLength(std::numeric_limits<int>::max());
-    // The user's changes; that of SetWindowText tells the parent itself.
-    QObject::connect(pEdit.get(), &QLineEdit::textEdited, pEdit.get(),
+    // By the user, by a screen reader in the user's place; what SetWindowText changes it tells itself.
+    QObject::connect(pEdit.get(), &QLineEdit::textChanged, pEdit.get(),
                      [pLink = state.pLink, pWidget = pEdit.get()] {
                          if (CWndState* const pState = pLink->StateFor(pWidget)) {
                              pState->NotifyParent(EN_CHANGE);

@@ -21,7 +21,7 @@ public:
 
     // Before DoModal. The page must outlive the sheet's window.
     void AddPage(CPropertyPage* pPage);
-    // Shows the sheet over its disabled owner; IDOK or IDCANCEL. If the owner's window goes meanwhile:
+    // Shows the sheet, modal to its owner; IDOK or IDCANCEL. If the owner's window goes meanwhile:
     // IDCANCEL. -1 if the sheet can't be made.
     int DoModal();
     // Null while the sheet isn't open.

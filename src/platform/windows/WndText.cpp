@@ -2,6 +2,7 @@
 #include "platform/windows/Messages.h"
 #include "platform/windows/WndState.h"
 
+#include <QtCore/QSignalBlocker>
 #include <QtGui/QFont>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QGroupBox>
@@ -17,6 +18,7 @@ void SetWidgetText(QWidget& widget, const CString& strText) {
     } else if (auto* const pGroup = qobject_cast<QGroupBox*>(&widget)) {
         pGroup->setTitle(text);
     } else if (auto* const pEdit = qobject_cast<QLineEdit*>(&widget)) {
+        const QSignalBlocker quiet(pEdit);
         pEdit->setText(text);
     } else {
         widget.setWindowTitle(text);
