@@ -5,14 +5,17 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <numbers>
 #include <optional>
+#include <set>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 // Keys, pointer and window manager of a real desktop in front of the real program.
@@ -105,6 +108,72 @@ TEST_F(Input, HintsFollowThePointerAndKeysReachTheirButtons) {
     ASSERT_TRUE(m_hand->Keys({"e"}));
     EXPECT_EQ(m_stage.GetProgram().WaitForEnd(5s), 0);
     EXPECT_NE(m_stage.ReadFile("state.txt"), "");
+}
+
+// Every row of the hints has a text of its own.
+TEST_F(Input, EachPartOfTheWindowHasItsHint) {
+    constexpr std::array<std::pair<int, int>, 13> PARTS{{{45, 70},
+                                                         {60, 120},
+                                                         {149, 120},
+                                                         {132, 154},
+                                                         {168, 154},
+                                                         {60, 200},
+                                                         {225, 170},
+                                                         {370, 200},
+                                                         {250, 350},
+                                                         {287, 379},
+                                                         {370, 379},
+                                                         {452, 379},
+                                                         {430, 24}}};
+    std::set<std::vector<std::uint32_t>> hints{HintAt(5, 305)};
+    for (const auto& [x, y] : PARTS) {
+        EXPECT_TRUE(hints.insert(HintAt(x, y)).second) << x << ", " << y;
+    }
+}
+
+TEST_F(Input, EachKeyDoesWhatItsButtonDoes) {
+    // The lists of sound come from the program itself; nothing has sounded yet.
+    const auto plays = [this] {
+        return m_sound.Control({"list", "sink-inputs"}).value_or("").find("Fretvane") != std::string::npos;
+    };
+    for (const auto& [strKey, strTitle] : {std::pair<std::string, std::string>{"a", "^标准 'A' 频率设置$"},
+                                           {"A", "^标准 'A' 频率设置$"},
+                                           {"o", "^.高音 .$"},
+                                           {"O", "^.高音 .$"}}) {
+        SCOPED_TRACE(strKey);
+        ASSERT_TRUE(m_hand->Type(strKey));
+        EXPECT_TRUE(m_hand->FindWindow(strTitle));
+        ASSERT_TRUE(m_hand->Keys({"Escape"}));
+        EXPECT_TRUE(m_hand->WaitUntilGone(strTitle));
+    }
+    EXPECT_FALSE(plays());
+    ASSERT_TRUE(m_hand->Keys({"p"}));
+    std::this_thread::sleep_for(300ms);
+    EXPECT_TRUE(plays());
+    EXPECT_TRUE(m_viewer.Told().empty());
+    ASSERT_TRUE(m_hand->Keys({"h"}));
+    EXPECT_GT(m_viewer.Told().size(), 1U);
+}
+
+// A frame marks the button that has the keyboard: it goes round and comes back, past the disabled Delete.
+TEST_F(Input, TabGoesRoundTheWindow) {
+    ASSERT_TRUE(m_hand->Activate(TUNER));
+    constexpr std::array<std::array<int, 4>, 6> BUTTONS{{{250, 367, 325, 391},
+                                                         {333, 367, 408, 391},
+                                                         {415, 367, 490, 391},
+                                                         {20, 108, 102, 132},
+                                                         {108, 108, 190, 132},
+                                                         {114, 144, 150, 164}}};
+    const auto look = [this](const std::array<int, 4>& rc) { return Look(rc[0], rc[1], rc[2], rc[3]); };
+    for (int nRound = 0; nRound < 2; ++nRound) {
+        // It begins in the list, and comes back to it.
+        for (const auto& button : BUTTONS) {
+            const auto before = look(button);
+            ASSERT_TRUE(m_hand->Keys({"Tab"}));
+            EXPECT_NE(look(button), before) << button[0] << ", " << button[1];
+        }
+        ASSERT_TRUE(m_hand->Keys({"Tab"}));
+    }
 }
 
 // What sounds while the window is minimised is not there when it comes back; what sounds then is.
