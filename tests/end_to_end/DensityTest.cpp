@@ -30,10 +30,15 @@ std::optional<Picture> PictureAt(int nDotsPerInch) {
     if (!sound.Start() || !stage.Start(&sound, nDotsPerInch)) {
         return std::nullopt;
     }
-    // Silence has been heard: the dial stands on its first reading, and the highlight on the lowest string.
+    // Silence has been heard: the dial has gone from the F sharp of the start to a C, which leaves white
+    // where the sharp stood, and the highlight stands on the lowest string.
     const auto isAtRest = [](const Picture& picture) {
         const int nFactor = picture.nWidth / 500;
-        return picture.At(370 * nFactor, 150 * nFactor) == 0xA0A0A0 &&
+        bool bWhite = true;
+        for (int y = 64; y < 90; ++y) {
+            bWhite = bWhite && picture.At(306 * nFactor, y * nFactor) == 0xFFFFFF;
+        }
+        return bWhite && picture.At(370 * nFactor, 150 * nFactor) == 0xA0A0A0 &&
                picture.At(26 * nFactor, 350 * nFactor) == 0xB3B3E3;
     };
     if (!stage.WaitForPicture(isAtRest, 10s)) {

@@ -15,7 +15,7 @@ public:
             "#!/bin/sh\nexport PATH=/usr/bin:/bin\ncd '" + m_directory.Path() +
                 "'\n"
                 "{ echo $#; for a; do printf '[%s]\\n' \"$a\"; done; readlink /proc/$$/fd/0 /proc/$$/fd/1\n"
-                "ls /proc/$$/fd | tr '\\n' ' '; grep -E 'SigBlk|SigIgn' /proc/$$/status\n"
+                "ls /proc/$$/fd | tr '\\n' ' '; grep -E 'SigBlk|SigIgn' /proc/self/status\n"
                 "} > new 2>&1; mv new told\n");
         std::filesystem::permissions(m_directory.Path("xdg-open"), permissions);
     }
