@@ -3,6 +3,7 @@
 
 #include "analysis/NoteTracker.h"
 #include "analysis/SpectrumAnalyzer.h"
+#include "platform/base/String.h"
 #include "platform/signal/VectorOperations.h"
 #include "support/SyntheticString.h"
 #include "window/Strongest.h"
@@ -167,15 +168,12 @@ void PrintRow(const Kind& kind, const Range& range, const Tally& tally) {
     }
     const auto percent = [&](int n) { return tally.nReadings > 0 ? 100.0 * n / tally.nReadings : 0.0; };
     const auto bound = tally.bounds.empty() ? std::nullopt : std::optional(Mean(tally.bounds));
-    std::array<char, 16> szBound{"0"};
-    if (bound) {
-        std::snprintf(szBound.data(), szBound.size(), "%.3f", *bound);
-    }
+    const CString strBound = bound ? FormatText("%.3f", *bound) : CString("0");
     std::printf("| %s | %s | %+.2f | %.2f | %.2f | %.2f %% | %.2f %% | %d | %.0f | %.0f | %s |\n",
                 kind.szName, range.szName, Mean(tally.errors), Quantile(sizes, 0.5).value_or(0.0),
                 Quantile(sizes, 0.95).value_or(0.0), percent(tally.nWrongOctave), percent(tally.nWrongNote),
                 tally.nNeverRight, Quantile(tally.firstRight, 0.5).value_or(0.0),
-                Quantile(tally.firstRight, 0.95).value_or(0.0), szBound.data());
+                Quantile(tally.firstRight, 0.95).value_or(0.0), strBound.c_str());
 }
 
 }  // namespace

@@ -95,7 +95,7 @@ BENCHMARK(LoadSynthesizer)->Unit(benchmark::kMillisecond)->Iterations(10);
 // Share of one core that sound takes: seconds of work for one second of sound.
 void RenderOneSecondOfARun(benchmark::State& state) {
     const auto pSynthesizer = CToneSynthesizer::Load(DefaultSoundFonts().front());
-    std::vector<float> stereo(2 * SYNTHESIZER_RATE);
+    std::vector<float> stereo(std::size_t{2} * SYNTHESIZER_RATE);
     for (const auto& unused : state) {
         static_cast<void>(unused);
         pSynthesizer->ShortMsg(0xFF);

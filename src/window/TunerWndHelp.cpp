@@ -6,8 +6,8 @@
 
 namespace {
 
-constexpr const char* VIEWER_KEY = "htmlfile\\shell\\open\\command";
-constexpr const char* PRODUCT_PAGE = " https:\\\\www.fretvane.example\\products\\fvn10.html";
+constexpr const char* VIEWER_KEY = R"(htmlfile\shell\open\command)";
+constexpr const char* PRODUCT_PAGE = R"( https:\\www.fretvane.example\products\fvn10.html)";
 
 }  // namespace
 

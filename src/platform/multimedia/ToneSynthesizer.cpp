@@ -122,7 +122,7 @@ struct CToneSynthesizer::Voice {
     void Reset() {
         fluid_synth_system_reset(pSynth.get());
         fluid_synth_all_sounds_off(pSynth.get(), -1);
-        std::array<float, 2 * ADVANCE_FRAMES> forgotten{};
+        std::array<float, std::size_t{2} * ADVANCE_FRAMES> forgotten{};
         fluid_synth_write_float(pSynth.get(), ADVANCE_FRAMES, forgotten.data(), 0, 2, forgotten.data(), 1, 2);
         sound.Forget();
     }
@@ -253,7 +253,8 @@ void CToneSynthesizer::Reset() {
         m_tail.resize(2 * FADE_FRAMES);
         AddVoices(m_tail);
         for (std::size_t i = 0; i < m_tail.size(); ++i) {
-            m_tail[i] *= 1.0F - static_cast<float>(i / 2) / static_cast<float>(FADE_FRAMES);
+            const std::size_t nFrame = i / 2;
+            m_tail[i] *= 1.0F - static_cast<float>(nFrame) / static_cast<float>(FADE_FRAMES);
         }
     }
     m_bends.fill(BEND_MIDDLE);

@@ -23,7 +23,8 @@ CString FindProgram(const CString& strName) {
     const char* const szPath = std::getenv("PATH");
     std::istringstream path(szPath != nullptr ? szPath : "/usr/bin:/bin");
     for (CString strDirectory; std::getline(path, strDirectory, ':');) {
-        const CString strFile = strDirectory + "/" + strName;
+        CString strFile = strDirectory;
+        strFile.append("/").append(strName);
         if (IsProgram(strFile)) {
             return strFile;
         }

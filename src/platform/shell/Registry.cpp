@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr const char* HTML_VIEWER_KEY = "htmlfile\\shell\\open\\command";
+constexpr const char* HTML_VIEWER_KEY = R"(htmlfile\shell\open\command)";
 constexpr const char* HTML_VIEWER = "xdg-open";
 
 }  // namespace

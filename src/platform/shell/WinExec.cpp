@@ -3,7 +3,6 @@
 #include "platform/shell/FindProgram.h"
 
 #include <fcntl.h>
-#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -11,6 +10,7 @@
 #include <array>
 #include <cctype>
 #include <cerrno>
+#include <csignal>
 
 namespace {
 

@@ -9,7 +9,7 @@ enum class DialogControlKind { Static, Edit, Button, DefaultButton, ComboBox, Li
 // One control of a dialog template. The rectangle is in dialog units; a combo box's includes its open list.
 struct DialogControl {
     DialogControlKind nKind;
-    int nId;  // -1 for a label that nobody asks for
+    int nId;             // -1 for a label that nobody asks for
     const char* szText;  // of one that shows no text of its own: what a screen reader calls it
     int x;
     int y;
