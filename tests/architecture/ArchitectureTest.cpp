@@ -43,7 +43,7 @@ std::string RoomOf(const std::string& path) {
     if (first == std::string::npos) {
         return {};
     }
-    const std::string room = path.substr(0, first);
+    std::string room = path.substr(0, first);
     if (room != "platform") {
         return room;
     }

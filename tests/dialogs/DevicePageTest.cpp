@@ -67,6 +67,7 @@ protected:
     std::vector<CString> Rows(int nId) {
         auto& list = dynamic_cast<CListBox&>(Item(nId));
         std::vector<CString> rows;
+        rows.reserve(static_cast<std::size_t>(list.GetCount()));
         for (int i = 0; i < list.GetCount(); ++i) {
             rows.push_back(list.GetText(i));
         }

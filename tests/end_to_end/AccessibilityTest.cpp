@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <cmath>
+#include <cstdlib>
 #include <filesystem>
 #include <numbers>
 #include <string>
@@ -109,7 +110,7 @@ TEST_F(Accessibility, ControlsHaveNamesAndTheReadingIsDescribed) {
     EXPECT_TRUE(Until([&] {
         strHeard = Description();
         return strHeard.starts_with("A2, ") && strHeard.ends_with("cents sharp") &&
-               std::fabs(std::atof(strHeard.c_str() + 4) - pluck.fCents) <= 3.0;
+               std::fabs(std::strtod(strHeard.c_str() + 4, nullptr) - pluck.fCents) <= 3.0;
     })) << strHeard
         << " where it sounded " << pluck.fCents;
     EXPECT_TRUE(Until([&] {
@@ -120,7 +121,7 @@ TEST_F(Accessibility, ControlsHaveNamesAndTheReadingIsDescribed) {
 
 // However fast the pitch runs, it is not announced more often than three times a second.
 TEST_F(Accessibility, TheReadingChangesSlowlyEnoughToBeHeard) {
-    std::vector<float> samples(GUITAR_RATE * 6);
+    std::vector<float> samples(std::size_t{6} * GUITAR_RATE);
     double fPhase = 0.0;
     for (std::size_t i = 0; i < samples.size(); ++i) {
         const double fTime = static_cast<double>(i) / GUITAR_RATE;

@@ -1,11 +1,11 @@
 #include "end_to_end/Plucks.h"
 #include "end_to_end/Stage.h"
+#include "platform/base/String.h"
 
-#include <array>
 #include <chrono>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -33,7 +33,8 @@ Picture Assemble(const std::vector<Picture>& pictures) {
             for (int x = 0; x < nWidth; ++x) {
                 const int nRow = i / COLUMNS * nHeight + y;
                 const int nColumn = i % COLUMNS * nWidth + x;
-                strip.pixels.at(static_cast<std::size_t>(nRow * strip.nWidth + nColumn)) =
+                strip.pixels.at(static_cast<std::size_t>(nRow) * static_cast<std::size_t>(strip.nWidth) +
+                                static_cast<std::size_t>(nColumn)) =
                     pictures[static_cast<std::size_t>(i)].At(x, y);
             }
         }
@@ -48,8 +49,8 @@ bool Demonstrate(const std::filesystem::path& directory) {
     std::error_code error;
     std::filesystem::create_directories(directory, error);
     if (error || !sound.Start() || !stage.Start(&sound)) {
-        std::fprintf(stderr, "The virtual screen, the private sound server or the tuner did not start.\n%s\n",
-                     stage.ReadFile("program.log").c_str());
+        std::cerr << "The virtual screen, the private sound server or the tuner did not start.\n"
+                  << stage.ReadFile("program.log") << '\n';
         return false;
     }
     const std::vector<Note> notes{{40, -12.0}, {45, 8.0}, {50, 0.0}, {55, 21.0}, {59, -4.0}, {64, 0.0}};
@@ -59,7 +60,7 @@ bool Demonstrate(const std::filesystem::path& directory) {
     for (const Note& note : notes) {
         const PreparedPluck pluck = PreparePluck(note, 3.0, waves.GetPath() / "pluck.wav");
         if (pluck.fFrequency <= 0.0 || !sound.PlayIntoMicrophone(pluck.waveFile)) {
-            std::fprintf(stderr, "The guitar could not be rendered or played.\n");
+            std::cerr << "The guitar could not be rendered or played.\n";
             return false;
         }
         stage.ReadUntil([&](const DisplayedReading& reading) { return reading.strNote == pluck.strNote; },
@@ -69,21 +70,20 @@ bool Demonstrate(const std::filesystem::path& directory) {
         const DisplayedReading reading = stage.Read();
         const auto file = directory / ("string-" + std::to_string(nString) + ".png");
         if (!picture || !SavePng(*picture, file)) {
-            std::fprintf(stderr, "%s could not be written.\n", file.c_str());
+            std::cerr << file << " could not be written.\n";
             return false;
         }
         pictures.push_back(*picture);
-        std::array<char, 80> szLine{};
-        std::snprintf(szLine.data(), szLine.size(), "%d       %-2s %+6.1f c %8.2f Hz  %-2s %+3d c\n", nString,
-                      pluck.strNote.c_str(), pluck.fCents, pluck.fFrequency, reading.strNote.c_str(),
-                      reading.nCents.value_or(-99));
-        strTable += szLine.data();
+        strTable +=
+            FormatText("%d       %-2s %+6.1f c %8.2f Hz  %-2s %+3d c\n", nString, pluck.strNote.c_str(),
+                       pluck.fCents, pluck.fFrequency, reading.strNote.c_str(), reading.nCents.value_or(-99));
         sound.StopPlaying();
         std::this_thread::sleep_for(200ms);
         --nString;
     }
-    std::printf("%s\nPictures of the window, a strip of all of them and this table: %s\n", strTable.c_str(),
-                directory.c_str());
+    std::cout << strTable
+              << "\nPictures of the window, a strip of all of them and this table: " << directory.string()
+              << "\n";
     std::ofstream table(directory / "table.txt");
     table << strTable;
     return table.good() && SavePng(Assemble(pictures), directory / "strip.png");
@@ -93,7 +93,7 @@ bool Demonstrate(const std::filesystem::path& directory) {
 
 int main(int nArguments, char** arguments) {
     if (nArguments != 2) {
-        std::fprintf(stderr, "usage: %s <directory for the pictures>\n", arguments[0]);
+        std::cerr << "usage: " << arguments[0] << " <directory for the pictures>\n";
         return 2;
     }
     return Demonstrate(arguments[1]) ? 0 : 1;

@@ -1,15 +1,15 @@
 #include "end_to_end/Hand.h"
 #include "end_to_end/Plucks.h"
 #include "end_to_end/Stage.h"
-
-#include <signal.h>
+#include "platform/base/String.h"
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <iterator>
 #include <random>
 #include <string>
@@ -107,7 +107,7 @@ private:
 
     CHand m_hand;
     CHand::Place m_tuner;
-    std::mt19937 m_random{SEED};
+    std::mt19937 m_random{SEED};  // NOLINT(cert-msc32-c,cert-msc51-cpp): each run does the same
 };
 
 bool Soak(int nMinutes) {
@@ -115,7 +115,7 @@ bool Soak(int nMinutes) {
     CStage stage;
     const CTemporaryDirectory waves;
     if (!sound.Start() || !stage.StartOnDesktop(&sound)) {
-        std::fprintf(stderr, "The virtual screen, the private sound server or the tuner did not start.\n");
+        std::cerr << "The virtual screen, the private sound server or the tuner did not start.\n";
         return false;
     }
     std::vector<PreparedPluck> plucks;
@@ -132,7 +132,7 @@ bool Soak(int nMinutes) {
     std::size_t nPluck = 0;
     long nActions = 0;
     Usage most;
-    std::puts("minute  actions  resident KB  descriptors  threads");
+    std::cout << "minute  actions  resident KB  descriptors  threads\n";
     if (!user.FindTuner()) {
         return false;
     }
@@ -146,9 +146,8 @@ bool Soak(int nMinutes) {
         user.Act();
         ++nActions;
         if (!stage.GetProgram().IsRunning()) {
-            std::fprintf(stderr, "The tuner ended with %d.\n%s\n",
-                         stage.GetProgram().WaitForEnd(1s).value_or(-1),
-                         stage.ReadFile("program.log").c_str());
+            std::cerr << "The tuner ended with " << stage.GetProgram().WaitForEnd(1s).value_or(-1) << ".\n"
+                      << stage.ReadFile("program.log") << "\n";
             return false;
         }
         now = Measure(pid);
@@ -157,20 +156,20 @@ bool Soak(int nMinutes) {
                     std::max(most.nDescriptors, now.nDescriptors), std::max(most.nThreads, now.nThreads)};
         }
         if (time >= nextLine) {
-            std::printf("%6.1f  %7ld  %11ld  %11ld  %7ld\n",
-                        std::chrono::duration<double, std::ratio<60>>(time - start).count(), nActions,
-                        now.nResidentKb, now.nDescriptors, now.nThreads);
-            std::fflush(stdout);
+            std::cout << FormatText("%6.1f  %7ld  %11ld  %11ld  %7ld\n",
+                                    std::chrono::duration<double, std::ratio<60>>(time - start).count(),
+                                    nActions, now.nResidentKb, now.nDescriptors, now.nThreads)
+                      << std::flush;
             nextLine = time + 30s;
         }
     }
-    std::printf("settled: at most %ld KB, %ld descriptors, %ld threads; at the end %ld KB, %ld, %ld\n",
-                most.nResidentKb, most.nDescriptors, most.nThreads, now.nResidentKb, now.nDescriptors,
-                now.nThreads);
+    std::cout << FormatText(
+        "settled: at most %ld KB, %ld descriptors, %ld threads; at the end %ld KB, %ld, %ld\n",
+        most.nResidentKb, most.nDescriptors, most.nThreads, now.nResidentKb, now.nDescriptors, now.nThreads);
     stage.GetProgram().Signal(SIGTERM);
     const auto exitCode = stage.GetProgram().WaitForEnd(10s);
     const std::string strLog = stage.ReadFile("program.log");
-    std::printf("ended with %d\n%s", exitCode.value_or(-1), strLog.c_str());
+    std::cout << "ended with " << exitCode.value_or(-1) << "\n" << strLog;
     return exitCode == 0 && now.nResidentKb <= most.nResidentKb + SLACK_KB &&
            now.nDescriptors <= most.nDescriptors && now.nThreads <= most.nThreads;
 }
@@ -178,9 +177,9 @@ bool Soak(int nMinutes) {
 }  // namespace
 
 int main(int nArguments, char** arguments) {
-    const int nMinutes = nArguments == 2 ? std::atoi(arguments[1]) : 0;
+    const int nMinutes = nArguments == 2 ? static_cast<int>(std::strtol(arguments[1], nullptr, 10)) : 0;
     if (nMinutes < 1) {
-        std::fprintf(stderr, "usage: %s <minutes>\n", arguments[0]);
+        std::cerr << "usage: " << arguments[0] << " <minutes>\n";
         return 2;
     }
     return Soak(nMinutes) ? EXIT_SUCCESS : EXIT_FAILURE;

@@ -1,7 +1,6 @@
 #include "end_to_end/Stage.h"
 
-#include <signal.h>
-
+#include <csignal>
 #include <fstream>
 #include <sstream>
 #include <system_error>

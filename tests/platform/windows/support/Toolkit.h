@@ -54,7 +54,10 @@ struct Screenshot {
     int nHeight = 0;
     std::vector<std::uint32_t> pixels;
 
-    std::uint32_t At(int x, int y) const { return pixels.at(static_cast<std::size_t>(y * nWidth + x)); }
+    std::uint32_t At(int x, int y) const {
+        return pixels.at(static_cast<std::size_t>(y) * static_cast<std::size_t>(nWidth) +
+                         static_cast<std::size_t>(x));
+    }
     friend bool operator==(const Screenshot&, const Screenshot&) = default;
 };
 Screenshot GrabScreen(const CWnd& wnd);
