@@ -13,8 +13,6 @@ inline constexpr int CHUNK_TRACK = 2;
 // A part of the file: four characters, a length, a body.
 class CMidiChunk : public CMidiObject {
 public:
-    int GetChunkKind() const { return m_nKind; }
-    DWORD GetLength() const { return m_nLength; }
     // Length of the body when it is written back: the bytes read, less each status that running status makes
     // superfluous.
     DWORD GetOutputSize() const { return m_nOutputSize; }

@@ -20,8 +20,8 @@ CMidiSequencer::CMidiSequencer() {
     if (g_pSequencer != nullptr) {
         throw CUserException();
     }
-    g_pSequencer = this;
     midiOutPrepare();
+    g_pSequencer = this;
 }
 
 CMidiSequencer::~CMidiSequencer() {
@@ -43,10 +43,11 @@ bool CMidiSequencer::Open(CMidiSong& song) {
 }
 
 bool CMidiSequencer::OpenAnyDevice() {
-    const UINT nDevices = midiOutGetNumDevs();
     if (OpenDevice(0)) {
         return true;
     }
+    // Looking for ports takes its time, and is only done where one is needed.
+    const UINT nDevices = midiOutGetNumDevs();
     for (UINT uDeviceId = 0; uDeviceId < nDevices; ++uDeviceId) {
         MIDIOUTCAPS caps;
         if (midiOutGetDevCapsA(uDeviceId, caps) == MMSYSERR_NOERROR && (caps.wTechnology & PORT_BIT) != 0) {

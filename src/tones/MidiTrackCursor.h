@@ -30,7 +30,6 @@ public:
     void Rescale();
     bool IsDone() const { return m_bDone; }
     const CMidiEvent* GetEvent() const { return m_pEvent; }
-    DWORD GetRemaining() const { return m_nRemaining; }
 
 private:
     void StartWait();

@@ -35,7 +35,6 @@ public:
     std::size_t Read(void* pBuffer, std::size_t nCount) override;
     // Writes all or throws CFileException.
     void Write(const void* pBuffer, std::size_t nCount) override;
-    void SeekToBegin() { m_nPosition = 0; }
     std::span<const BYTE> GetBytes() const { return m_bytes; }
 
 private:

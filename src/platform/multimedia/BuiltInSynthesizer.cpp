@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <exception>
 #include <mutex>
 #include <system_error>
 #include <thread>
@@ -113,13 +114,21 @@ private:
         const std::lock_guard lock(m_mutex);
         return m_waiting.empty() && (!m_pSynthesizer || m_pSynthesizer->IsSilent());
     }
+    // Null also where memory ran out on the way.
+    static std::unique_ptr<CToneSynthesizer> LoadFont(const std::string& strSoundFont) {
+        try {
+            return CToneSynthesizer::Load(strSoundFont);
+        } catch (const std::exception&) {
+            return nullptr;
+        }
+    }
     void Load() {
         std::unique_ptr<CToneSynthesizer> pSynthesizer;
         for (const std::string& strSoundFont : m_soundFonts) {
             if (pSynthesizer || m_bEnding) {
                 break;
             }
-            pSynthesizer = CToneSynthesizer::Load(strSoundFont);
+            pSynthesizer = LoadFont(strSoundFont);
         }
         const std::lock_guard lock(m_mutex);
         m_pSynthesizer = std::move(pSynthesizer);

@@ -7,7 +7,7 @@
 // The narrow interface behind the midiOut functions: a MIDI system is one implementation of these two
 // classes.
 
-// One open device. Operations come from any thread; none waits.
+// One open device. Operations come from any thread; none but Close waits.
 class IMidiOutPort {
 public:
     virtual ~IMidiOutPort() = default;

@@ -2,6 +2,7 @@
 
 #include "platform/multimedia/ShortMessage.h"
 
+#include <fcntl.h>
 #include <rtmidi/RtMidi.h>
 #include <unistd.h>
 
@@ -22,9 +23,18 @@ constexpr DWORD CONTROL_CHANGE = 0xB0;
 constexpr DWORD ALL_SOUND_OFF = 120;
 constexpr DWORD ALL_NOTES_OFF = 123;
 
+// Asked for beforehand: where it can't be opened the library prints before it can be told not to.
+bool CanOpenSequencer() {
+    const int nFile = ::open(SEQUENCER, O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    if (nFile >= 0) {
+        ::close(nFile);
+    }
+    return nFile >= 0;
+}
+
 // Null where there is no MIDI system. The library reports by exceptions, which end here.
 std::unique_ptr<RtMidiOut> MakeOutput(MidiSystem system) {
-    if (system == MidiSystem::AlsaSequencer && ::access(SEQUENCER, R_OK | W_OK) != 0) {
+    if (system == MidiSystem::AlsaSequencer && !CanOpenSequencer()) {
         return nullptr;
     }
     try {

@@ -2,9 +2,9 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <exception>
 #include <map>
 #include <mutex>
-#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -83,8 +83,7 @@ public:
             m_tickers[uTimerId] = std::make_unique<CTicker>(
                 std::chrono::milliseconds(uDelay),
                 [pfnCallback, uTimerId, dwUser] { pfnCallback(uTimerId, 0, dwUser, 0, 0); });
-        } catch (const std::system_error&) {
-            m_tickers.erase(uTimerId);
+        } catch (const std::exception&) {
             return 0;
         }
         return uTimerId;
@@ -111,6 +110,8 @@ private:
     UINT m_uLast = 0;
 };
 
+// At the end of the process it goes before the MIDI outputs that its ticks play on: whoever uses both asks
+// for the outputs first.
 struct Registry {
     std::mutex m_mutex;
     std::shared_ptr<ITimerBackend> m_pBackend = std::make_shared<CSystemTimerBackend>();

@@ -29,7 +29,8 @@ MMRESULT timeEndPeriod(UINT uPeriod);
 // by up to a tenth of a second are made up for, those that are later are left out. The resolution is not
 // looked at; the only kind is TIME_PERIODIC. Gives the timer's id, 0 on failure.
 UINT timeSetEvent(UINT uDelay, UINT uResolution, TimeProc pfnCallback, std::uintptr_t dwUser, UINT uKind);
-// When it returns no tick runs and none will; only from inside a tick, that tick itself goes on.
+// When it returns no tick runs and none will; only from inside a tick, that tick itself goes on. Once for
+// each id: a second call finds nothing, and waits for nothing.
 MMRESULT timeKillEvent(UINT uTimerId);
 
 // What stands behind these functions.

@@ -23,7 +23,7 @@ inline constexpr int SYNTHESIZER_RATE = 44100;
 // One thread at a time. Nothing is printed.
 class CToneSynthesizer {
 public:
-    // Takes some tenths of a second. Null if the SoundFont can't be had.
+    // Takes about a tenth of a second. Null if the SoundFont can't be had.
     static std::unique_ptr<CToneSynthesizer> Load(const std::string& strSoundFont);
     ~CToneSynthesizer();
     CToneSynthesizer(const CToneSynthesizer&) = delete;
