@@ -2,6 +2,7 @@
 
 #include "platform/base/Archive.h"
 #include "platform/base/Types.h"
+#include "tones/MidiLinked.h"
 #include "tones/MidiMessage.h"
 #include "tones/MidiObject.h"
 
@@ -10,7 +11,7 @@ inline constexpr BYTE MIDI_STATUS_META = 0xFF;
 
 // A timed event of a track. The links make a list out of events that somebody else owns; the list's first
 // node is a CMidiEventHead.
-class CMidiEvent : public CMidiObject {
+class CMidiEvent : public CMidiObject, public CMidiLinked<CMidiEvent> {
 public:
     // Reads what follows the status. `nBytesRead` becomes the bytes taken. False when they ran out, or the
     // file failed.
@@ -28,19 +29,12 @@ public:
     virtual int GetKind() const = 0;
     virtual void FillMessage(CMidiMessage& message) const = 0;
 
-    // Takes the event out of any list that it stands in and places it behind `node`.
-    void InsertAfter(CMidiEvent& node);
-    void Unlink();
-    CMidiEvent* GetNext() const { return m_pNext; }
     DWORD GetDelta() const { return m_nDelta; }
     BYTE GetStatus() const { return m_nStatus; }
 
 protected:
     CMidiEvent(DWORD nDelta, BYTE nStatus) : m_nDelta(nDelta), m_nStatus(nStatus) {}
 
-    CMidiEvent* m_pPrev = nullptr;
-    CMidiEvent* m_pNext = nullptr;
-    bool m_bLinked = false;
     DWORD m_nDelta;
     BYTE m_nStatus;
 };

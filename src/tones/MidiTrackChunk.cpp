@@ -93,30 +93,3 @@ bool CMidiTrackChunk::Store(CArchive& archive) const {
     }
     return true;
 }
-
-void CMidiTrackChunk::InsertAfter(CMidiTrackChunk& node) {
-    if (&node == this) {
-        return;
-    }
-    Unlink();
-    m_pPrev = &node;
-    m_pNext = node.m_pNext;
-    if (m_pNext != nullptr) {
-        m_pNext->m_pPrev = this;
-    }
-    node.m_pNext = this;
-    m_bLinked = true;
-}
-
-void CMidiTrackChunk::Unlink() {
-    if (!m_bLinked) {
-        return;
-    }
-    m_pPrev->m_pNext = m_pNext;
-    if (m_pNext != nullptr) {
-        m_pNext->m_pPrev = m_pPrev;
-    }
-    m_pPrev = nullptr;
-    m_pNext = nullptr;
-    m_bLinked = false;
-}

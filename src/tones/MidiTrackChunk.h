@@ -2,12 +2,13 @@
 
 #include "tones/MidiChunk.h"
 #include "tones/MidiEvent.h"
+#include "tones/MidiLinked.h"
 
 #include <memory>
 #include <vector>
 
 // A track: the list of its events, which it owns.
-class CMidiTrackChunk final : public CMidiChunk {
+class CMidiTrackChunk final : public CMidiChunk, public CMidiLinked<CMidiTrackChunk> {
 public:
     // Counted from 1; 0 for the head of the track list.
     explicit CMidiTrackChunk(int nNumber) : m_nNumber(nNumber) {}
@@ -22,17 +23,10 @@ public:
     CMidiEvent* GetFirstEvent() const { return m_head.GetNext(); }
     int GetNumber() const { return m_nNumber; }
 
-    void InsertAfter(CMidiTrackChunk& node);
-    void Unlink();
-    CMidiTrackChunk* GetNext() const { return m_pNext; }
-
 private:
     bool Load(CArchive& archive);
     bool Store(CArchive& archive) const;
 
-    CMidiTrackChunk* m_pPrev = nullptr;
-    CMidiTrackChunk* m_pNext = nullptr;
-    bool m_bLinked = false;
     int m_nNumber;
     CMidiEventHead m_head;
     std::vector<std::unique_ptr<CMidiEvent>> m_events;  // what the list links
