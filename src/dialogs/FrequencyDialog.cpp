@@ -3,6 +3,7 @@
 #include "platform/base/String.h"
 #include "platform/windows/DataExchange.h"
 #include "platform/windows/MessageBox.h"
+#include "tuning/StringNote.h"
 
 #include <algorithm>
 #include <array>
@@ -16,8 +17,6 @@ constexpr int g_nEdit = 1001;
 constexpr int g_nSlider = 1002;
 constexpr int g_nReset = 1003;
 
-constexpr float g_fLowest = 430.0F;
-constexpr float g_fHighest = 450.0F;
 constexpr int g_nUnitsPerHertz = 10;
 constexpr int g_nTicFreq = 5;
 constexpr std::size_t g_nMaxCharacters = 8;
@@ -79,8 +78,8 @@ void CFrequencyDialog::DoDataExchange(CDataExchange* pDX) {
 
 bool CFrequencyDialog::OnInitDialog() {
     CDialog::OnInitDialog();
-    m_slider.SetRange(static_cast<int>(g_fLowest) * g_nUnitsPerHertz,
-                      static_cast<int>(g_fHighest) * g_nUnitsPerHertz);
+    m_slider.SetRange(static_cast<int>(LOWEST_A_FREQUENCY) * g_nUnitsPerHertz,
+                      static_cast<int>(HIGHEST_A_FREQUENCY) * g_nUnitsPerHertz);
     m_slider.SetTicFreq(g_nTicFreq);
     m_slider.SetPos(g_nUnitsPerHertz * static_cast<int>(m_fFrequency));
     ShowFrequency();
@@ -98,7 +97,7 @@ void CFrequencyDialog::OnSliderReleased() {
 
 void CFrequencyDialog::OnEditChange() {
     const float fTyped = GetTypedFrequency();
-    if (fTyped < g_fLowest || fTyped > g_fHighest) {
+    if (fTyped < LOWEST_A_FREQUENCY || fTyped > HIGHEST_A_FREQUENCY) {
         return;
     }
     m_slider.SetPos(static_cast<int>(static_cast<double>(fTyped) * g_nUnitsPerHertz));
@@ -113,7 +112,7 @@ void CFrequencyDialog::OnReset() {
 
 void CFrequencyDialog::OnOK() {
     const float fTyped = GetTypedFrequency();
-    if (fTyped >= g_fLowest && fTyped <= g_fHighest) {
+    if (fTyped >= LOWEST_A_FREQUENCY && fTyped <= HIGHEST_A_FREQUENCY) {
         CDialog::OnOK();
         return;
     }
