@@ -8,40 +8,37 @@
 
 namespace {
 
-constexpr std::size_t LANES = 8;
+constexpr std::size_t LANES = CProbeBank::LANES;
 using Floats [[gnu::vector_size(LANES * sizeof(float))]] = float;
+using Doubles [[gnu::vector_size(LANES * sizeof(double))]] = double;
 using Ints [[gnu::vector_size(LANES * sizeof(std::int32_t))]] = std::int32_t;
 using Bits [[gnu::vector_size(LANES * sizeof(std::uint32_t))]] = std::uint32_t;
 
 // A quotient or product of two floats is good to this part of itself, and more than so.
 constexpr float CLOSE = 4.0e-7F;
-// Sums of some tens of floats, in whatever order, agree to better than this part.
-constexpr float SUM_MARGIN = 1.0e-5F;
 
 constexpr float LAST_LOW_HARMONIC = 5.0F;
-constexpr float LEAST_LOW_PART = 0.25F;
-constexpr float LEAST_ADJACENT_PART = 0.5F;
+constexpr double LEAST_LOW_PART = 0.25;
+constexpr double LEAST_ADJACENT_PART = 0.5;
 
 // Harmonics whose divisors beyond 2 and 3 are known; any above counts as a multiple of them all.
 constexpr int LISTED = 64;
 constexpr int HALF = 32;
 
-// number * THIRD >> THIRD_BITS is number / 3, cut, up to 49151.
+// number * THIRD >> THIRD_BITS is number / 3, cut, for harmonics up to this one.
 constexpr int THIRD = 43691;
 constexpr int THIRD_BITS = 17;
+constexpr float HIGHEST_HARMONIC = 49150.0F;
 
 }  // namespace
 
-void CProbeBank::Prepare(std::span<const float> frequencies, float fBandRatio, std::span<const int> primes,
-                         std::span<const float> shares) {
-    m_nProbes = static_cast<int>(frequencies.size());
-    // A lane without a probe has its bands above everything.
-    m_afLow.fill(3.0e38F);
-    m_afReciprocal.fill(0.0F);
-    for (std::size_t t = 0; t < frequencies.size(); ++t) {
-        m_afLow[t] = static_cast<float>(static_cast<double>(frequencies[t]) * fBandRatio);
-        m_afReciprocal[t] = static_cast<float>(fBandRatio / static_cast<double>(frequencies[t]));
-    }
+void CProbeBank::CBands::Set(int nLane, float fFrequency, float fBandRatio) {
+    const auto lane = static_cast<std::size_t>(nLane);
+    m_afLow[lane] = static_cast<float>(static_cast<double>(fFrequency) * fBandRatio);
+    m_afReciprocal[lane] = static_cast<float>(fBandRatio / static_cast<double>(fFrequency));
+}
+
+void CProbeBank::Prepare(std::span<const int> primes, std::span<const float> shares) {
     m_nOthersBelow32 = 0;
     m_nOthersBelow64 = 0;
     for (std::size_t q = 2; q < primes.size(); ++q) {
@@ -55,28 +52,19 @@ void CProbeBank::Prepare(std::span<const float> frequencies, float fBandRatio, s
     m_fOtherShare = shares.size() > 2 ? *std::min_element(shares.begin() + 2, shares.end()) : 1.0F;
 }
 
-std::uint32_t CProbeBank::FindHopeful(const float* pfFrequency, const float* pfAmplitude, int nPeaks) const {
-    std::uint32_t nHopeful = 0;
-    for (int nGroup = 0; nGroup * LANES < m_nProbes; ++nGroup) {
-        nHopeful |= FindHopefulInGroup(nGroup, pfFrequency, pfAmplitude, nPeaks) << (nGroup * LANES);
-    }
-    return nHopeful;
-}
-
 FRETVANE_VECTOR_CLONES
-std::uint32_t CProbeBank::FindHopefulInGroup(int nGroup, const float* pfFrequency, const float* pfAmplitude,
-                                             int nPeaks) const {
-    const std::size_t nFirst = static_cast<std::size_t>(nGroup) * LANES;
+CProbeBank::Verdicts CProbeBank::Judge(const CBands& bands, const float* pfFrequency,
+                                       const float* pfAmplitude, int nPeaks) const {
     Floats low;
     Floats reciprocal;
-    std::memcpy(&low, &m_afLow[nFirst], sizeof low);
-    std::memcpy(&reciprocal, &m_afReciprocal[nFirst], sizeof reciprocal);
+    std::memcpy(&low, bands.m_afLow.data(), sizeof low);
+    std::memcpy(&reciprocal, bands.m_afReciprocal.data(), sizeof reciprocal);
 
     const Floats none = {};
-    Floats last = none;       // the harmonic whose slot is being filled
-    Floats strongest = none;  // its amplitude
-    Ints hasBefore = {};      // whether the slot before holds the harmonic before
-    Ints even = {};           // what the harmonic is a multiple of
+    Floats last = none - 1.0F;  // the harmonic whose slot is being filled; the first follows nobody
+    Floats strongest = none;    // its amplitude
+    Ints hasBefore = {};        // whether the slot before holds the harmonic before
+    Ints even = {};             // what the harmonic is a multiple of
     Ints three = {};
     Ints other = {};
     Ints unsure = {};
@@ -98,7 +86,7 @@ std::uint32_t CProbeBank::FindHopefulInGroup(int nGroup, const float* pfFrequenc
         const Floats close = quotient * CLOSE;
         const Floats harmonic = below + 1.0F;
         const Floats edge = harmonic * low;
-        unsure |= (rest < close) | (1.0F - rest < close) |
+        unsure |= (rest < close) | (1.0F - rest < close) | (quotient > HIGHEST_HARMONIC) |
                   ((edge > f * (1.0F - CLOSE)) & (edge < f * (1.0F + CLOSE)));
         const Ints match = bClosing ? Ints{} - 1 : (edge < f);
         const Ints isNew = match & (harmonic != last);
@@ -126,15 +114,26 @@ std::uint32_t CProbeBank::FindHopefulInGroup(int nGroup, const float* pfFrequenc
         strongest = isNew ? here : (strongest < here ? here : strongest);
         last = isNew ? harmonic : last;
     }
-    const Floats least = score * (1.0F - SUM_MARGIN);
-    const Ints lifted =
-        (evens > m_fTwoShare * least) | (threes > m_fThreeShare * least) | (others > m_fOtherShare * least);
-    const Ints accepted =
-        (0.5F * adjacent >= LEAST_ADJACENT_PART * least) & (lowest > LEAST_LOW_PART * least);
-    const Ints hopeful = (score > none) & (lifted | accepted | unsure);
-    std::uint32_t nHopeful = 0;
-    for (std::size_t t = 0; t < LANES; ++t) {
-        nHopeful |= static_cast<std::uint32_t>(hopeful[t] != 0) << t;
-    }
-    return nHopeful;
+
+    // Products of two floats are exact in double precision.
+    const Doubles score64 = __builtin_convertvector(score, Doubles);
+    const Doubles evens64 = __builtin_convertvector(evens, Doubles);
+    const Doubles threes64 = __builtin_convertvector(threes, Doubles);
+    const Doubles others64 = __builtin_convertvector(others, Doubles);
+    const Doubles lowest64 = __builtin_convertvector(lowest, Doubles);
+    const Doubles adjacent64 = __builtin_convertvector(adjacent * 0.5F, Doubles);
+    const Ints twoWins = __builtin_convertvector(score64 * m_fTwoShare < evens64, Ints);
+    const Ints threeWins = __builtin_convertvector(score64 * m_fThreeShare < threes64, Ints);
+    // Together they hold at least what each of them holds.
+    const Ints otherMayWin = __builtin_convertvector(score64 * m_fOtherShare < others64, Ints);
+    const Ints fundamental = __builtin_convertvector(
+        (LEAST_ADJACENT_PART * score64 <= adjacent64) & (lowest64 > LEAST_LOW_PART * score64), Ints);
+    const Ints isUnsure = unsure | otherMayWin | (twoWins & threeWins);
+    const Ints verdict = (twoWins & LIFTED_BY_TWO) | (threeWins & LIFTED_BY_THREE) |
+                         (fundamental & FUNDAMENTAL) | (isUnsure & UNSURE);
+
+    Verdicts verdicts;
+    std::memcpy(verdicts.afScore.data(), &score, sizeof score);
+    std::memcpy(verdicts.anVerdict.data(), &verdict, sizeof verdict);
+    return verdicts;
 }

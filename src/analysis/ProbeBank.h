@@ -4,35 +4,47 @@
 #include <cstdint>
 #include <span>
 
-// Looks at all first probes of the harmonic sieve side by side, in the lanes of vector registers, and tells
-// which of them can come to nothing: no prime can lift them and the test of a fundamental refuses them. Most
-// probes of most blocks are of this kind, and need not go through the sieve one by one.
+// Judges probes of the harmonic sieve side by side, in the lanes of vector registers: each lane goes through
+// the peaks as a probe on its own would, in the same order and precision, without filling slots.
 //
-// It errs to one side only. Where a comparison is too close for single precision, a probe counts as hopeful.
-// Nothing allocates.
+// Bands and quotients are looked at in single precision only, and the primes beyond 3 only together. Where
+// that does not suffice to know what the plain way gives, a verdict says so. Nothing allocates.
 class CProbeBank {
 public:
-    static constexpr int MAX_PROBES = 32;
+    static constexpr int LANES = 8;
+    using Lanes = std::array<float, LANES>;
 
-    // The probes' frequencies (Hz), at most MAX_PROBES; fBandRatio from a harmonic to the lower edge of its
-    // band; the primes, 2 first, with the shares of the score at which they lift.
-    void Prepare(std::span<const float> frequencies, float fBandRatio, std::span<const int> primes,
-                 std::span<const float> shares);
+    // The bands of a group of probes. A lane without a probe has them above everything.
+    class CBands {
+    public:
+        CBands() { m_afLow.fill(3.0e38F); }
+        // fFrequency: Hz. fBandRatio: from a harmonic to the lower edge of its band.
+        void Set(int nLane, float fFrequency, float fBandRatio);
 
-    // Weighs the nPeaks peaks, in order of rising frequency. The result has bit t set where probe t is
-    // hopeful.
-    std::uint32_t FindHopeful(const float* pfFrequency, const float* pfAmplitude, int nPeaks) const;
+    private:
+        friend class CProbeBank;
+        Lanes m_afLow;           // lower edges of the first harmonics' bands
+        Lanes m_afReciprocal{};  // of the upper edges
+    };
+
+    // What a lane comes to, as a sum of these; 0 for nothing. A fundamental that can be lifted as well is one
+    // where the lift would lead too high.
+    static constexpr std::int32_t LIFTED_BY_TWO = 1;
+    static constexpr std::int32_t LIFTED_BY_THREE = 2;
+    static constexpr std::int32_t FUNDAMENTAL = 4;
+    static constexpr std::int32_t UNSURE = 8;  // only the plain way can tell, whatever else is set
+    struct Verdicts {
+        Lanes afScore;
+        std::array<std::int32_t, LANES> anVerdict;
+    };
+
+    // The primes, 2 first, with the shares of the score at which they lift.
+    void Prepare(std::span<const int> primes, std::span<const float> shares);
+
+    // Weighs the nPeaks peaks, in order of rising frequency.
+    Verdicts Judge(const CBands& bands, const float* pfFrequency, const float* pfAmplitude, int nPeaks) const;
 
 private:
-    static constexpr int LANES = 8;
-    using Lanes = std::array<float, MAX_PROBES>;
-
-    std::uint32_t FindHopefulInGroup(int nGroup, const float* pfFrequency, const float* pfAmplitude,
-                                     int nPeaks) const;
-
-    int m_nProbes = 0;
-    Lanes m_afLow{};         // lower edges of the first harmonics' bands
-    Lanes m_afReciprocal{};  // of the upper edges
     // The multiples of 5 and of any later prime, as bits.
     std::uint32_t m_nOthersBelow32 = 0;
     std::uint32_t m_nOthersBelow64 = 0;

@@ -43,7 +43,7 @@ bool CSpectrumAnalyzer::Setup(int nBlockSamples, int nSampleRate, int nMaxPeaks,
 
     CAlignedArray<float> temporary;
     if (nBlockSamples < 0 || nBlockSamples > LONGEST_BLOCK || nSampleRate <= 0 ||
-        !(fLowestFrequency > 0.0F) || nPrimes > MAX_PRIMES || nProbes > CProbeBank::MAX_PROBES ||
+        !(fLowestFrequency > 0.0F) || nPrimes > MAX_PRIMES || nProbes > MAX_PROBES ||
         !temporary.Allocate(nBlockSamples + 1)) {
         return false;
     }
@@ -63,7 +63,12 @@ bool CSpectrumAnalyzer::Setup(int nBlockSamples, int nSampleRate, int nMaxPeaks,
     }
     ResetProbes();
     FillPrimes();
-    m_bank.Prepare(m_pfFirstProbe.All(), m_fBandRatio, m_pnPrimes.All(), m_pfPrimeShare.All());
+    m_bank.Prepare(m_pnPrimes.All(), m_pfPrimeShare.All());
+    m_firstBands = {};
+    for (int t = 0; t < nProbes; ++t) {
+        m_firstBands[static_cast<std::size_t>(t / CProbeBank::LANES)].Set(t % CProbeBank::LANES,
+                                                                          m_pfFirstProbe[t], m_fBandRatio);
+    }
     BuildWindows(temporary);
     ClearCandidates();
     // Limits that the first reference lies outside of leave the analyser without notes until another one
@@ -88,7 +93,7 @@ bool CSpectrumAnalyzer::AllocateTables(int nMaxPeaks, int nPrimes, int nProbes) 
            m_pfPower.Allocate(nPlaces) && m_pnScannedBin.Allocate(nPlaces) &&
            m_pfScannedPower.Allocate(nPlaces) && m_pnStrongBin.Allocate(nPlaces) &&
            m_pfFoundFrequency.Allocate(nPlaces) && m_pfFoundPower.Allocate(nPlaces) &&
-           m_pnPeakHarmonic.Allocate(nMaxPeaks) && m_pfFirstProbe.Allocate(nProbes) &&
+           m_pnPeakHarmonic.Allocate(nSlots) && m_pfFirstProbe.Allocate(nProbes) &&
            m_pfPeakFrequency.Allocate(nMaxPeaks) && m_pfPeakAmplitude.Allocate(nMaxPeaks) &&
            m_pnSlotCount.Allocate(nProbes) && m_pnSlotHarmonic.Allocate(nSlots + 1) &&
            m_pfSlotFrequency.Allocate(nSlots) && m_pfSlotAmplitude.Allocate(nSlots) &&

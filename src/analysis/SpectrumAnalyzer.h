@@ -8,6 +8,7 @@
 #include "tuning/NoteReading.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -83,6 +84,18 @@ public:
 private:
     friend class CSpectrumAnalyzerTester;
 
+    static constexpr int MAX_PROBES = 32;
+    static constexpr int PROBE_GROUPS = MAX_PROBES / CProbeBank::LANES;
+
+    // Some of the probes.
+    struct CProbeList {
+        std::array<int, MAX_PROBES> anProbe;
+        int nCount = 0;
+
+        void Add(int nProbe) { anProbe[static_cast<std::size_t>(nCount++)] = nProbe; }
+        std::span<int> All() { return std::span(anProbe).first(static_cast<std::size_t>(nCount)); }
+    };
+
     bool AllocateTables(int nMaxPeaks, int nPrimes, int nProbes);
     void ReleaseTables();
     void FillPrimes();
@@ -94,6 +107,12 @@ private:
 
     void ResetProbes();
     void SearchProbes();
+    void JudgeProbes(std::span<const int> probes, const CProbeBank::CBands& bands);
+    void JudgeProbe(int nProbe, float fScore, std::int32_t nVerdict);
+    void AcceptProbes();
+    bool IsMatchedLikeBefore(int nProbe, std::span<const int> before) const;
+    void MatchProbe(float fFrequency, int nProbe);
+    float FillSlots(int nProbe);
     float ScoreProbe(float fFrequency, int nProbe);
     bool FindDivisor(int nProbe, int* pnDivisor);
     std::uint8_t DivisorsOf(int h) const;
@@ -129,8 +148,8 @@ private:
     float m_fBandRatio = 0.0F;
     CNoteClaims m_claims;
     // Scratch of the peak search: the power of all bins; the bins above both neighbours and their powers; the
-    // strongest of these; the frequencies and powers that they have once corrected; the harmonic that a probe
-    // gives each selected peak.
+    // strongest of these; the frequencies and powers that they have once corrected; the harmonics that each
+    // probe gives the selected peaks.
     CAlignedArray<float> m_pfPower;
     CAlignedArray<int> m_pnScannedBin;
     CAlignedArray<float> m_pfScannedPower;
@@ -144,6 +163,12 @@ private:
     CAlignedArray<std::uint8_t> m_pbDivisors;  // of the first harmonics
     CProbeBank m_bank;
     CAlignedArray<float> m_pfFirstProbe;  // where the probes of each block begin
+    std::array<CProbeBank::CBands, PROBE_GROUPS> m_firstBands;
+    // The probes that are to be judged next, and those found to be fundamentals; the least score that each
+    // had on its way.
+    CProbeList m_waiting;
+    CProbeList m_fundamentals;
+    std::array<float, MAX_PROBES> m_afLeastScore{};
     CAlignedArray<int> m_pnPrimes;
     PrimeSums m_afPrimeEnergy{};
     CAlignedArray<float> m_pfPrimeShare;

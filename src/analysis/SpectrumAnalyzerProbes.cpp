@@ -11,6 +11,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <limits>
+#include <numeric>
+#include <utility>
 
 namespace {
 
@@ -61,37 +64,112 @@ void CSpectrumAnalyzer::ResetProbes() {
     m_pfProbeScore.FillZero();
 }
 
+// Each probe goes its way on its own: as long as a prime lifts it, it moves up, and what it is at the end
+// decides. The fundamentals are accepted in the order in which they would come out if the strongest probe,
+// and among equals the first, always took the next step.
 void CSpectrumAnalyzer::SearchProbes() {
     ResetProbes();
-    // The others keep a score of 0: they would come to nothing.
-    std::uint32_t nHopeful =
-        m_bank.FindHopeful(m_pfPeakFrequency.Data(), m_pfPeakAmplitude.Data(), m_nMaxPeaks);
-    for (; nHopeful != 0; nHopeful &= nHopeful - 1) {
-        const int nProbe = std::countr_zero(nHopeful);
-        m_pfProbeScore[nProbe] = ScoreProbe(m_pfProbeFrequency[nProbe], nProbe);
+    m_fundamentals.nCount = 0;
+    m_waiting.nCount = m_nProbes;
+    std::iota(m_waiting.anProbe.begin(), m_waiting.anProbe.end(), 0);
+    m_afLeastScore.fill(std::numeric_limits<float>::max());
+    for (bool bFirstRound = true; m_waiting.nCount > 0; bFirstRound = false) {
+        const CProbeList probes = std::exchange(m_waiting, {});
+        const auto all = std::span(probes.anProbe).first(static_cast<std::size_t>(probes.nCount));
+        for (std::size_t nFirst = 0; nFirst < all.size(); nFirst += CProbeBank::LANES) {
+            const auto group =
+                all.subspan(nFirst, std::min<std::size_t>(CProbeBank::LANES, all.size() - nFirst));
+            if (bFirstRound) {
+                JudgeProbes(group, m_firstBands[nFirst / CProbeBank::LANES]);
+                continue;
+            }
+            CProbeBank::CBands bands;
+            for (int nLane = 0; const int t : group) {
+                bands.Set(nLane++, m_pfProbeFrequency[t], m_fBandRatio);
+            }
+            JudgeProbes(group, bands);
+        }
     }
-    const int nHighest = m_nSampleRate / 2;
-    int t = 0;
-    while (nspsMaxExt(m_pfProbeScore.Data(), m_nProbes, &t) > 0.0F) {
-        int nDivisor = 2;
-        const bool bFound = FindDivisor(t, &nDivisor);
-        const double dLifted = nDivisor * static_cast<double>(m_pfProbeFrequency[t]);
-        if (bFound && dLifted < nHighest) {
-            m_pfProbeFrequency[t] = static_cast<float>(dLifted);
-            m_pfProbeScore[t] = ScoreProbe(m_pfProbeFrequency[t], t);
-        } else {
-            AcceptProbe(t);
+    AcceptProbes();
+}
+
+// probes: at most a group. bands: those of the probes at their present frequencies.
+void CSpectrumAnalyzer::JudgeProbes(std::span<const int> probes, const CProbeBank::CBands& bands) {
+    const CProbeBank::Verdicts verdicts =
+        m_bank.Judge(bands, m_pfPeakFrequency.Data(), m_pfPeakAmplitude.Data(), m_nMaxPeaks);
+    for (std::size_t nLane = 0; nLane < probes.size(); ++nLane) {
+        if (verdicts.anVerdict[nLane] != 0) {
+            JudgeProbe(probes[nLane], verdicts.afScore[nLane], verdicts.anVerdict[nLane]);
         }
     }
 }
 
-// Fills the probe's slots with the peaks on the harmonics of fFrequency, of several in one band the
-// strongest. The score is the sum of their amplitudes.
-float CSpectrumAnalyzer::ScoreProbe(float fFrequency, int nProbe) {
+void CSpectrumAnalyzer::JudgeProbe(int nProbe, float fScore, std::int32_t nVerdict) {
+    m_pfProbeScore[nProbe] = fScore;
+    int nDivisor = (nVerdict & CProbeBank::LIFTED_BY_TWO) != 0 ? 2 : 3;
+    bool bLifted = (nVerdict & (CProbeBank::LIFTED_BY_TWO | CProbeBank::LIFTED_BY_THREE)) != 0;
+    const bool bUnsure = (nVerdict & CProbeBank::UNSURE) != 0;
+    if (bUnsure) {
+        m_pfProbeScore[nProbe] = ScoreProbe(m_pfProbeFrequency[nProbe], nProbe);
+        bLifted = FindDivisor(nProbe, &nDivisor);
+    }
+    float& fLeast = m_afLeastScore[static_cast<std::size_t>(nProbe)];
+    fLeast = std::min(fLeast, m_pfProbeScore[nProbe]);
+    const double dLifted = nDivisor * static_cast<double>(m_pfProbeFrequency[nProbe]);
+    if (bLifted && dLifted < m_nSampleRate / 2) {
+        m_pfProbeFrequency[nProbe] = static_cast<float>(dLifted);
+        m_waiting.Add(nProbe);
+    } else if (bUnsure ? IsFundamental(nProbe) : (nVerdict & CProbeBank::FUNDAMENTAL) != 0) {
+        m_fundamentals.Add(nProbe);
+    }
+}
+
+// A probe waits for its last step until nobody is stronger than it was at its weakest, which gives the order.
+// Where a probe holds the same peaks on the same harmonics as one before it, it changes nothing.
+void CSpectrumAnalyzer::AcceptProbes() {
+    const auto fundamentals = m_fundamentals.All();
+    std::sort(fundamentals.begin(), fundamentals.end(), [this](int a, int b) {
+        const float fA = m_afLeastScore[static_cast<std::size_t>(a)];
+        const float fB = m_afLeastScore[static_cast<std::size_t>(b)];
+        return fA > fB || (fA == fB && a < b);
+    });
+    std::size_t nBefore = 0;
+    for (const int t : fundamentals) {
+        MatchProbe(m_pfProbeFrequency[t], t);
+        if (!IsMatchedLikeBefore(t, fundamentals.first(nBefore))) {
+            FillSlots(t);
+            AcceptProbe(t);
+        }
+        ++nBefore;
+    }
+    m_pfProbeScore.FillZero();
+    m_pfProbeFrequency.FillZero();
+}
+
+bool CSpectrumAnalyzer::IsMatchedLikeBefore(int nProbe, std::span<const int> before) const {
+    const int* pnHarmonic = m_pnPeakHarmonic.Data() + nProbe * m_nMaxPeaks;
+    return std::any_of(before.begin(), before.end(), [this, nProbe, pnHarmonic](int nBefore) {
+        return m_pfProbeScore[nBefore] == m_pfProbeScore[nProbe] &&
+               std::equal(pnHarmonic, pnHarmonic + m_nMaxPeaks,
+                          m_pnPeakHarmonic.Data() + nBefore * m_nMaxPeaks);
+    });
+}
+
+void CSpectrumAnalyzer::MatchProbe(float fFrequency, int nProbe) {
     const auto fLow = static_cast<float>(static_cast<double>(fFrequency) * m_fBandRatio);
     const auto fHigh = static_cast<float>(static_cast<double>(fFrequency) / m_fBandRatio);
-    MatchHarmonics(m_pfPeakFrequency.Data(), m_nMaxPeaks, fLow, fHigh, m_pnPeakHarmonic.Data());
+    MatchHarmonics(m_pfPeakFrequency.Data(), m_nMaxPeaks, fLow, fHigh,
+                   m_pnPeakHarmonic.Data() + nProbe * m_nMaxPeaks);
+}
 
+float CSpectrumAnalyzer::ScoreProbe(float fFrequency, int nProbe) {
+    MatchProbe(fFrequency, nProbe);
+    return FillSlots(nProbe);
+}
+
+// Fills the probe's slots with the peaks that it matched, of several in one band the strongest. The score is
+// the sum of their amplitudes.
+float CSpectrumAnalyzer::FillSlots(int nProbe) {
     const int nBase = nProbe * m_nMaxPeaks;
     int* pnHarmonic = m_pnSlotHarmonic.Data() + nBase;
     float* pfFrequency = m_pfSlotFrequency.Data() + nBase;
@@ -105,7 +183,7 @@ float CSpectrumAnalyzer::ScoreProbe(float fFrequency, int nProbe) {
     float fBest = 0.0F;
     float fScore = 0.0F;
     for (int i = 0; i < m_nMaxPeaks; ++i) {
-        const int h = m_pnPeakHarmonic[i];
+        const int h = m_pnPeakHarmonic[nBase + i];
         const float a = m_pfPeakAmplitude[i];
         const bool bMatch = (h != 0) & (a > 0.0F);
         const bool bNew = bMatch & (h != nHere);
@@ -198,24 +276,19 @@ bool CSpectrumAnalyzer::IsFundamental(int nProbe) const {
     return !(LEAST_ADJACENT_PART * dScore > fAdjacent) && fLow > LEAST_LOW_PART * dScore;
 }
 
-// Ends the probe; a fundamental that is stronger than what its semitone holds takes that place and claims its
-// peaks.
+// A fundamental that is stronger than what its semitone holds takes that place and claims its peaks.
 void CSpectrumAnalyzer::AcceptProbe(int nProbe) {
-    if (IsFundamental(nProbe)) {
-        const NoteReading note = EstimateFundamental(nProbe);
-        NoteReading& candidate = m_pCandidates[note.semitone];
-        if (note.strength > candidate.strength) {
-            candidate = note;
-            m_claims.ClearNote(note.semitone);
-            m_claims.SetOctave(note.semitone, note.octave);
-            m_claims.SetFrequency(note.semitone, note.frequency);
-            for (int i = 0; i < m_pnSlotCount[nProbe]; ++i) {
-                m_claims.ClaimPeak(note.semitone, m_pfSlotFrequency[nProbe * m_nMaxPeaks + i]);
-            }
+    const NoteReading note = EstimateFundamental(nProbe);
+    NoteReading& candidate = m_pCandidates[note.semitone];
+    if (note.strength > candidate.strength) {
+        candidate = note;
+        m_claims.ClearNote(note.semitone);
+        m_claims.SetOctave(note.semitone, note.octave);
+        m_claims.SetFrequency(note.semitone, note.frequency);
+        for (int i = 0; i < m_pnSlotCount[nProbe]; ++i) {
+            m_claims.ClaimPeak(note.semitone, m_pfSlotFrequency[nProbe * m_nMaxPeaks + i]);
         }
     }
-    m_pfProbeScore[nProbe] = 0.0F;
-    m_pfProbeFrequency[nProbe] = 0.0F;
 }
 
 // The fundamental that the probe's peaks agree on: the mean of frequency / harmonic, weighted by amplitude.
