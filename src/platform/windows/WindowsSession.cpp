@@ -89,6 +89,8 @@ CWindowsSession::CWindowsSession() {
         QApplication::setDesktopSettingsAware(false);
         // A pixel of ours is a whole number of pixels of a dense screen.
         QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::Round);
+        // By this name the desktop finds the menu entry of the window, and its icon.
+        QGuiApplication::setDesktopFileName("fretvane");
         const CStartGuard guard;
         m_pApplication = std::make_unique<Application>();
     }
