@@ -1,8 +1,13 @@
 #include "analysis/NoteTracker.h"
 
+#include "platform/signal/VectorClones.h"
+
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
+#include <limits>
+#include <numeric>
 
 namespace {
 
@@ -29,6 +34,44 @@ constexpr double ROUNDING = 0.5;
 int CountFrames(double dFrames) {
     constexpr double MOST_FRAMES = 1.0e8;
     return static_cast<int>(std::clamp(dFrames, 0.0, MOST_FRAMES));
+}
+
+// Of some values the way from each to the next, and the least.
+struct CWay {
+    float fLength = 0.0F;
+    float fLeast = std::numeric_limits<float>::max();
+};
+
+// In whatever order it suits the vector unit.
+FRETVANE_VECTOR_CLONES
+void AddWay(const float* pfValue, int n, CWay& way) {
+    constexpr int LANES = 8;
+    std::array<float, LANES> lengths{};
+    std::array<float, LANES> leasts;
+    leasts.fill(way.fLeast);
+    int i = 0;
+    for (; i + LANES < n; i += LANES) {
+        for (std::size_t j = 0; j < LANES; ++j) {
+            const float* pfHere = pfValue + i + j;
+            lengths[j] += std::abs(pfHere[1] - pfHere[0]);
+            leasts[j] = pfHere[0] < leasts[j] ? pfHere[0] : leasts[j];
+        }
+    }
+    for (; i < n; ++i) {
+        lengths[0] += i + 1 < n ? std::abs(pfValue[i + 1] - pfValue[i]) : 0.0F;
+        leasts[0] = std::min(leasts[0], pfValue[i]);
+    }
+    way.fLength = std::accumulate(lengths.begin(), lengths.end(), way.fLength);
+    way.fLeast = *std::min_element(leasts.begin(), leasts.end());
+}
+
+FRETVANE_VECTOR_CLONES
+bool IsAnyFar(const float* pfPosition, std::size_t n, double dFrom) {
+    int nFar = 0;
+    for (std::size_t i = 0; i < n; ++i) {
+        nFar += static_cast<int>(std::abs(pfPosition[i] - dFrom) > STABLE_RANGE);
+    }
+    return nFar > 0;
 }
 
 }  // namespace
@@ -68,15 +111,17 @@ NoteReading CNoteTracker::Update(NoteReading candidate, float fHop, int nSampleR
 // Whether each of the frames before the newest lies near it. Frames before the tracker's first count as far
 // away: no note lies near position 0. Once around the ring is all there is.
 bool CNoteTracker::IsStable(float fPosition, int nStableFrames) const {
-    int nEntry = m_nWrite;
-    for (int i = 0; i < std::min(nStableFrames, RING - 1); ++i) {
-        nEntry = Back(nEntry);
-        const double dBefore = m_afPosition[static_cast<std::size_t>(nEntry)];
-        if (std::abs(dBefore - fPosition) > STABLE_RANGE) {
-            return false;
-        }
-    }
-    return true;
+    const CStretch before = StretchTo(m_afPosition, Back(m_nWrite), std::min(nStableFrames, RING - 1));
+    return !IsAnyFar(before.newer.data(), before.newer.size(), fPosition) &&
+           !IsAnyFar(before.older.data(), before.older.size(), fPosition);
+}
+
+// The nCount entries up to nNewest.
+CNoteTracker::CStretch CNoteTracker::StretchTo(const Ring& ring, int nNewest, int nCount) {
+    const auto nEnd = static_cast<std::size_t>(nNewest) + 1;
+    const auto nAll = static_cast<std::size_t>(nCount);
+    const std::size_t nNewer = std::min(nAll, nEnd);
+    return {std::span(ring).last(nAll - nNewer), std::span(ring).subspan(nEnd - nNewer, nNewer)};
 }
 
 void CNoteTracker::SwitchNote(bool bStable, float fStrength, int nSettleFrames, int nStableFrames) {
@@ -120,6 +165,26 @@ void CNoteTracker::Average(int nSampleRate) {
 // is calm.
 void CNoteTracker::MeasureRoughness(int nSettleFrames) {
     const int nFrames = std::min(std::max(nSettleFrames, LEAST_ROUGHNESS_FRAMES), m_nFilled);
+    const int nOldest = (m_nWrite + RING + 1 - nFrames) % RING;
+    const double dNewest = m_afSmoothed[static_cast<std::size_t>(m_nWrite)];
+    const double dGotOn = std::abs(dNewest - m_afSmoothed[static_cast<std::size_t>(nOldest)]);
+    m_fRoughness = static_cast<float>((MeasureWay(nFrames) - dGotOn) / nFrames);
+}
+
+// The sum of the steps between the newest nFrames averages, rounded at each step from the newest back.
+float CNoteTracker::MeasureWay(int nFrames) const {
+    const CStretch averages = StretchTo(m_afSmoothed, m_nWrite, nFrames);
+    CWay way;
+    AddWay(averages.newer.data(), static_cast<int>(averages.newer.size()), way);
+    if (!averages.older.empty()) {
+        AddWay(averages.older.data(), static_cast<int>(averages.older.size()), way);
+        way.fLength += std::abs(averages.newer.front() - averages.older.back());
+    }
+    // All positions are multiples of what a float resolves at the least of them. A way shorter than that one
+    // is so few of these multiples that nothing was rounded: the order did not matter.
+    if (way.fLength < way.fLeast) {
+        return way.fLength;
+    }
     float fWay = 0.0F;
     int nEntry = m_nWrite;
     for (int i = 1; i < nFrames; ++i) {
@@ -128,9 +193,7 @@ void CNoteTracker::MeasureRoughness(int nSettleFrames) {
         fWay = static_cast<float>(fWay + std::abs(dHere - m_afSmoothed[static_cast<std::size_t>(nBefore)]));
         nEntry = nBefore;
     }
-    const double dNewest = m_afSmoothed[static_cast<std::size_t>(m_nWrite)];
-    const double dGotOn = std::abs(dNewest - m_afSmoothed[static_cast<std::size_t>(nEntry)]);
-    m_fRoughness = static_cast<float>((fWay - dGotOn) / nFrames);
+    return fWay;
 }
 
 void CNoteTracker::AdaptAverageTime(int nSettleFrames) {

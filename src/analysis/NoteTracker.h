@@ -3,6 +3,7 @@
 #include "tuning/NoteReading.h"
 
 #include <array>
+#include <span>
 
 // Turns the stream of strongest candidates, one for each block, into the steady reading of the display:
 // decides whether a note sounds, averages its pitch over a time that grows while the pitch is restless, keeps
@@ -30,6 +31,13 @@ private:
     using Ring = std::array<float, RING>;
 
     static int Back(int nEntry) { return nEntry == 0 ? RING - 1 : nEntry - 1; }
+    // Entries of a ring in order of time: those that stand before its end, and those from its start.
+    struct CStretch {
+        std::span<const float> older;
+        std::span<const float> newer;
+    };
+    static CStretch StretchTo(const Ring& ring, int nNewest, int nCount);
+    float MeasureWay(int nFrames) const;
     bool IsStable(float fPosition, int nStableFrames) const;
     void SwitchNote(bool bStable, float fStrength, int nSettleFrames, int nStableFrames);
     void Average(int nSampleRate);
