@@ -14,7 +14,6 @@
 #include <unistd.h>
 
 #include <array>
-#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -35,10 +34,10 @@ bool Replace(const CString& strPath, std::string_view strContent) {
     return replacement.Prepare(strPath, strContent) && replacement.Commit();
 }
 
-bool ReplaceAndKeep(const CString& strPath, std::string_view strContent) {
+bool ReplaceAndKeep(const CString& strPath, std::string_view strContent, bool bCommit = true) {
     CFileReplacement replacement;
     return replacement.Prepare(strPath, strContent) && replacement.KeepOld(".rejected") &&
-           replacement.Commit();
+           (!bCommit || replacement.Commit());
 }
 
 mode_t ModeOf(const CString& strPath) {
@@ -67,27 +66,17 @@ void RefuseLinks() {
     }
 }
 
-TEST(FileReplacement, PutsTheNewContentInPlaceAndLeavesNothingElse) {
+TEST(FileReplacement, ChangesNothingUntilCommitAndLeavesNothingElse) {
     const CScratchDirectory directory;
-    EXPECT_TRUE(Replace(directory.Path("state.txt"), "first, and longer"));
-    EXPECT_EQ(directory.Read("state.txt"), "first, and longer");
-    EXPECT_TRUE(Replace(directory.Path("state.txt"), "second"));
-    EXPECT_EQ(directory.Read("state.txt"), "second");
-    EXPECT_TRUE(Replace(directory.Path("state.txt"), ""));
-    EXPECT_EQ(fs::file_size(directory.Path("state.txt")), 0U);
-    EXPECT_THAT(directory.Names(), ElementsAre("state.txt"));
-}
-
-TEST(FileReplacement, ChangesNothingUntilCommit) {
-    const CScratchDirectory directory;
-    directory.Write("state.txt", "old");
-    {
-        CFileReplacement replacement;
-        EXPECT_FALSE(replacement.Commit()) << "nothing was prepared";
-        ASSERT_TRUE(replacement.Prepare(directory.Path("state.txt"), "new"));
-        EXPECT_EQ(directory.Read("state.txt"), "old");
+    const CString strPath = directory.Path("state.txt");
+    EXPECT_FALSE(CFileReplacement().Commit()) << "nothing was prepared";
+    for (const char* szContent : {"first, and longer", "second", ""}) {
+        const CString strBefore = directory.Read("state.txt");
+        EXPECT_TRUE(CFileReplacement().Prepare(strPath, szContent));
+        EXPECT_EQ(directory.Read("state.txt"), strBefore);
+        EXPECT_TRUE(Replace(strPath, szContent));
+        EXPECT_EQ(directory.Read("state.txt"), szContent);
     }
-    EXPECT_EQ(directory.Read("state.txt"), "old");
     EXPECT_THAT(directory.Names(), ElementsAre("state.txt"));
 }
 
@@ -97,43 +86,38 @@ TEST(FileReplacement, KeepsTheModeAndGivesNewFilesThatOfTheProcess) {
     EXPECT_TRUE(Replace(directory.Path("new"), "x"));
     ::umask(before);
     EXPECT_EQ(ModeOf(directory.Path("new")), 0640U);
-    for (const mode_t mode : {0600U, 0644U, 0666U}) {
+    for (const mode_t mode : {0600U, 0666U}) {
         ASSERT_EQ(::chmod(directory.Path("new").c_str(), mode), 0);
         EXPECT_TRUE(Replace(directory.Path("new"), "y"));
         EXPECT_EQ(ModeOf(directory.Path("new")), mode);
     }
 }
 
-TEST(FileReplacement, ReplacesWhatALinkLeadsTo) {
+TEST(FileReplacement, ReplacesWhatALinkLeadsToButOnlyAPlainFile) {
     const CScratchDirectory directory;
     fs::create_directory(directory.Path("elsewhere"));
     directory.Write("elsewhere/target", "old");
-    fs::create_symlink("second", directory.Path("first"));
-    fs::create_symlink("elsewhere/target", directory.Path("second"));
+    ASSERT_EQ(::mkfifo(directory.Path("pipe").c_str(), 0600), 0);
+    const std::pair<const char*, CString> links[] = {{"first", "second"},
+                                                     {"second", "elsewhere/target"},
+                                                     {"dangling", directory.Path("elsewhere/later")},
+                                                     {"circle", "circle"},
+                                                     {"to-pipe", "pipe"}};
+    for (const auto& [szName, strTarget] : links) {
+        fs::create_symlink(strTarget, directory.Path(szName));
+    }
     EXPECT_TRUE(Replace(directory.Path("first"), "new"));
-    EXPECT_TRUE(fs::is_symlink(directory.Path("first")));
-    EXPECT_TRUE(fs::is_symlink(directory.Path("second")));
     EXPECT_EQ(directory.Read("elsewhere/target"), "new");
-
-    fs::create_symlink(directory.Path("elsewhere/later"), directory.Path("dangling"));
     EXPECT_TRUE(Replace(directory.Path("dangling"), "made"));
     EXPECT_EQ(directory.Read("elsewhere/later"), "made");
-
-    fs::create_symlink("circle", directory.Path("circle"));
-    EXPECT_FALSE(Replace(directory.Path("circle"), "never"));
-    EXPECT_THAT(directory.Names(), ElementsAre("circle", "dangling", "elsewhere", "first", "second"));
-}
-
-TEST(FileReplacement, LeavesAloneWhatIsNoPlainFile) {
-    const CScratchDirectory directory;
-    fs::create_directory(directory.Path("state.txt"));
-    ASSERT_EQ(::mkfifo(directory.Path("pipe").c_str(), 0600), 0);
-    fs::create_symlink("pipe", directory.Path("link"));
-    for (const char* szName : {"state.txt", "pipe", "link", "missing/state.txt"}) {
-        EXPECT_FALSE(Replace(directory.Path(szName), "new")) << szName;
+    for (const char* szName : {"circle", "elsewhere", "pipe", "to-pipe", "missing/state.txt"}) {
+        EXPECT_FALSE(Replace(directory.Path(szName), "never")) << szName;
+    }
+    for (const auto& [szName, strTarget] : links) {
+        EXPECT_TRUE(fs::is_symlink(directory.Path(szName))) << szName;
     }
     EXPECT_TRUE(fs::is_fifo(directory.Path("pipe")));
-    EXPECT_THAT(directory.Names(), ElementsAre("link", "pipe", "state.txt"));
+    EXPECT_EQ(directory.Names().size(), std::size(links) + 2);
 }
 
 TEST(FileReplacement, RespectsWhatMayNotBeWritten) {
@@ -201,33 +185,6 @@ TEST(FileReplacement, AKilledWriterLeavesAWholeFile) {
     EXPECT_GT(nCaughtInTheAct, 0) << "no kill ever met a write, so nothing was shown";
 }
 
-TEST(FileReplacement, WritersAtTheSameTimeEachReplaceTheWholeFile) {
-    constexpr std::size_t SIZE = 100000;
-    constexpr int ROUNDS = 20;
-    const CScratchDirectory directory;
-    const CString strPath = directory.Path("state.txt");
-    ASSERT_TRUE(Replace(strPath, CString(SIZE, '-')));
-    std::atomic<int> nRunning = 3;
-    std::vector<std::thread> writers;
-    for (const char cFill : {'a', 'b', 'c'}) {
-        writers.emplace_back([&, cFill] {
-            for (int i = 0; i < ROUNDS; ++i) {
-                EXPECT_TRUE(Replace(strPath, CString(SIZE, cFill)));
-            }
-            --nRunning;
-        });
-    }
-    while (nRunning > 0) {
-        const CString strContent = directory.Read("state.txt");
-        EXPECT_EQ(strContent.size(), SIZE);
-        EXPECT_EQ(strContent.find_first_not_of(strContent.front()), CString::npos);
-    }
-    for (std::thread& writer : writers) {
-        writer.join();
-    }
-    EXPECT_THAT(directory.Names(), ElementsAre("state.txt"));
-}
-
 TEST(FileReplacement, TouchesNoFileThatHasAPreparedOnesName) {
     const CScratchDirectory directory;
     const CString strPath = directory.Path("state.txt");
@@ -249,33 +206,27 @@ TEST(FileReplacement, TouchesNoFileThatHasAPreparedOnesName) {
 
 TEST(KeepOld, GivesTheOldFileANameThatNobodyHas) {
     const CScratchDirectory directory;
-    EXPECT_TRUE(ReplaceAndKeep(directory.Path("state.txt"), "one")) << "there is nothing to keep";
-    EXPECT_TRUE(ReplaceAndKeep(directory.Path("state.txt"), "two"));
-    EXPECT_EQ(directory.Read("state.rejected.txt"), "one");
     // Taken, if only by a link that leads nowhere.
     fs::create_symlink("nowhere", directory.Path("state.rejected.2.txt"));
-    EXPECT_TRUE(ReplaceAndKeep(directory.Path("state.txt"), "three"));
+    for (const char* szContent : {"one", "two", "three"}) {
+        EXPECT_TRUE(ReplaceAndKeep(directory.Path("state.txt"), szContent));
+    }
     EXPECT_EQ(directory.Read("state.rejected.txt"), "one");
     EXPECT_EQ(directory.Read("state.rejected.3.txt"), "two");
     EXPECT_EQ(directory.Read("state.txt"), "three");
-
-    directory.Write("plain", "p");
-    directory.Write(".hidden", "h");
-    EXPECT_TRUE(ReplaceAndKeep(directory.Path("plain"), ""));
-    EXPECT_TRUE(ReplaceAndKeep(directory.Path(".hidden"), ""));
-    EXPECT_THAT(directory.Names(),
-                ElementsAre(".hidden", ".hidden.rejected", "plain", "plain.rejected", "state.rejected.2.txt",
-                            "state.rejected.3.txt", "state.rejected.txt", "state.txt"));
+    for (const char* szName : {"plain", ".hidden"}) {
+        directory.Write(szName, szName);
+        EXPECT_TRUE(ReplaceAndKeep(directory.Path(szName), ""));
+        EXPECT_EQ(directory.Read(CString(szName) + ".rejected"), szName);
+    }
+    EXPECT_EQ(directory.Names().size(), 8U);
 }
 
+// One that ends before Commit, as by a crash, has taken nothing away, and the next keeps the file once.
 TEST(KeepOld, IsDoneOnceWhenStoppedBeforeCommit) {
     const CScratchDirectory directory;
     directory.Write("state.txt", "old");
-    {
-        CFileReplacement replacement;
-        ASSERT_TRUE(replacement.Prepare(directory.Path("state.txt"), "new"));
-        ASSERT_TRUE(replacement.KeepOld(".rejected"));
-    }
+    EXPECT_TRUE(ReplaceAndKeep(directory.Path("state.txt"), "new", false));
     EXPECT_EQ(directory.Read("state.txt"), "old") << "the old file keeps its name until the new one is there";
     EXPECT_TRUE(ReplaceAndKeep(directory.Path("state.txt"), "new"));
     EXPECT_EQ(directory.Read("state.rejected.txt"), "old");
@@ -288,60 +239,44 @@ TEST(KeepOld, CopiesWhereThereAreNoSecondNames) {
     directory.Write("state.txt", strOld);
     directory.Write("state.rejected.txt", "earlier");
     ASSERT_EQ(::chmod(directory.Path("state.txt").c_str(), 0640), 0);
-    const auto keep = [&](bool bCommit) {
-        return RunInChild([&] {
-            RefuseLinks();
-            CFileReplacement replacement;
-            return replacement.Prepare(directory.Path("state.txt"), "new") &&
-                           replacement.KeepOld(".rejected") && (!bCommit || replacement.Commit())
-                       ? 0
-                       : 1;
-        });
-    };
-    // One that ends before Commit, as by a crash, has taken nothing away.
-    EXPECT_EQ(keep(false), 0);
-    EXPECT_EQ(directory.Read("state.txt"), strOld);
-    EXPECT_EQ(fs::hard_link_count(directory.Path("state.txt")), 1U) << "it's no second name";
-    EXPECT_EQ(directory.Read("state.rejected.2.txt"), strOld);
-    EXPECT_EQ(ModeOf(directory.Path("state.rejected.2.txt")), 0640U);
-
-    EXPECT_EQ(keep(true), 0);
-    EXPECT_EQ(directory.Read("state.txt"), "new");
-    EXPECT_EQ(directory.Read("state.rejected.txt"), "earlier");
-    EXPECT_EQ(directory.Read("state.rejected.3.txt"), strOld);
-}
-
-TEST(KeepOld, AFullDiskLeavesNoHalfACopy) {
-    const CScratchDirectory directory;
-    directory.Write("state.txt", CString(100000, 'o'));
-    const int nCode = RunInChild([&] {
-        RefuseLinks();
-        FillDiskAbove(70000);
-        return ReplaceAndKeep(directory.Path("state.txt"), "new") ? 1 : 0;
-    });
-    EXPECT_EQ(nCode, 0);
-    EXPECT_EQ(directory.Read("state.txt"), CString(100000, 'o'));
-    EXPECT_THAT(directory.Names(), ElementsAre("state.txt"));
-}
-
-TEST(KeepOld, KeepsWhatCannotBeReadOrLeavesItAlone) {
-    const CScratchDirectory directory;
-    ASSERT_EQ(::chmod(directory.Path().c_str(), 0777), 0);
-    directory.Write("state.txt", "unreadable");
-    ASSERT_EQ(::chmod(directory.Path("state.txt").c_str(), 0222), 0);
-    const int nCode = RunAsNobody([&] {
-        RefuseLinks();
-        return ReplaceAndKeep(directory.Path("state.txt"), "new") ? 1 : 0;
-    });
-    EXPECT_EQ(nCode, 0);
-    EXPECT_THAT(directory.Names(), ElementsAre("state.txt"));
-    // With second names nobody needs to read it.
-    EXPECT_TRUE(ReplaceAndKeep(directory.Path("state.txt"), "new"));
-    for (const char* szName : {"state.txt", "state.rejected.txt"}) {
-        ASSERT_EQ(::chmod(directory.Path(szName).c_str(), 0644), 0);
+    for (const bool bCommit : {false, true}) {
+        EXPECT_EQ(directory.Read("state.txt"), strOld);
+        EXPECT_EQ(fs::hard_link_count(directory.Path("state.txt")), 1U) << "it's no second name";
+        EXPECT_EQ(RunInChild([&] {
+                      RefuseLinks();
+                      return ReplaceAndKeep(directory.Path("state.txt"), "new", bCommit) ? 0 : 1;
+                  }),
+                  0);
+        const char* szKept = bCommit ? "state.rejected.3.txt" : "state.rejected.2.txt";
+        EXPECT_EQ(directory.Read(szKept), strOld);
+        EXPECT_EQ(ModeOf(directory.Path(szKept)), 0640U);
     }
     EXPECT_EQ(directory.Read("state.txt"), "new");
-    EXPECT_EQ(directory.Read("state.rejected.txt"), "unreadable");
+    EXPECT_EQ(directory.Read("state.rejected.txt"), "earlier");
+}
+
+// A disk that fills up on the way, and a file that cannot be read: the old file stands, and no half a copy.
+TEST(KeepOld, LeavesTheFileAloneWhereItCannotBeCopied) {
+    const CScratchDirectory directory;
+    const CString strPath = directory.Path("state.txt");
+    directory.Write("state.txt", CString(100000, 'o'));
+    ASSERT_EQ(::chmod(directory.Path().c_str(), 0777), 0);
+    const auto keep = [&strPath] {
+        RefuseLinks();
+        return ReplaceAndKeep(strPath, "new") ? 1 : 0;
+    };
+    EXPECT_EQ(RunInChild([&] {
+                  FillDiskAbove(70000);
+                  return keep();
+              }),
+              0);
+    ASSERT_EQ(::chmod(strPath.c_str(), 0222), 0);
+    EXPECT_EQ(RunAsNobody(keep), 0);
+    EXPECT_THAT(directory.Names(), ElementsAre("state.txt"));
+    EXPECT_EQ(fs::file_size(strPath), 100000U);
+    // With second names nobody needs to read it.
+    EXPECT_TRUE(ReplaceAndKeep(strPath, "new"));
+    EXPECT_EQ(fs::file_size(directory.Path("state.rejected.txt")), 100000U);
 }
 
 }  // namespace

@@ -13,12 +13,6 @@ namespace fs = std::filesystem;
 
 class TextFile : public testing::Test {
 protected:
-    CString TextOf(const CString& strContent) {
-        m_directory.Write("text", strContent);
-        CString strText = "left over";
-        EXPECT_EQ(ReadTextFile(m_directory.Path("text"), strText), TextFileResult::Read);
-        return strText;
-    }
     TextFileResult ResultOf(const CString& strName) {
         CString strText = "left over";
         const TextFileResult result = ReadTextFile(m_directory.Path(strName), strText);
@@ -29,30 +23,23 @@ protected:
     CScratchDirectory m_directory;
 };
 
-TEST_F(TextFile, EveryLineEndIsOneCharacter) {
-    EXPECT_EQ(TextOf("one\r\ntwo\nthree\r\n\r\n"), "one\ntwo\nthree\n\n");
-    EXPECT_EQ(TextOf("\rlone\rand last\r"), "\rlone\rand last\r");
-    EXPECT_EQ(TextOf("\r\r\n"), "\r\n");
-    EXPECT_EQ(TextOf(""), "");
-    EXPECT_EQ(TextOf(CString("zero\0byte", 9)), CString("zero\0byte", 9));
-}
-
-TEST_F(TextFile, AByteOrderMarkIsNoText) {
-    EXPECT_EQ(TextOf("\xEF\xBB\xBF"
-                     "a\r\n\xEF\xBB\xBF"),
-              "a\n\xEF\xBB\xBF");
-    EXPECT_EQ(TextOf("\xEF\xBB\xBF"), "");
-    EXPECT_EQ(TextOf("\xEF\xBB"), "\xEF\xBB");
-}
-
-TEST_F(TextFile, LargerThanTheReadersBuffer) {
-    CString strLines;
-    for (int i = 0; i < 50000; ++i) {
-        strLines += "line\r\n";
+TEST_F(TextFile, EveryLineEndIsOneCharacterAndAByteOrderMarkIsNoText) {
+    const std::pair<CString, CString> cases[] = {
+        {"one\r\ntwo\nthree\r\n\r\n", "one\ntwo\nthree\n\n"},
+        {"\rlone\rand last\r", "\rlone\rand last\r"},
+        {"\r\r\n", "\r\n"},
+        {"", ""},
+        {CString("zero\0byte", 9), CString("zero\0byte", 9)},
+        {"\xEF\xBB\xBF\r\n\xEF\xBB\xBF", "\n\xEF\xBB\xBF"},
+        {"\xEF\xBB", "\xEF\xBB"},
+        {CString(150000, '-') + "\r\n", CString(150000, '-') + "\n"},  // more than is read at once
+    };
+    for (const auto& [strContent, strExpected] : cases) {
+        m_directory.Write("text", strContent);
+        CString strText = "left over";
+        EXPECT_EQ(ReadTextFile(m_directory.Path("text"), strText), TextFileResult::Read);
+        EXPECT_EQ(strText, strExpected);
     }
-    const CString strText = TextOf(strLines);
-    EXPECT_EQ(strText.size(), 250000U);
-    EXPECT_EQ(strText.find('\r'), CString::npos);
 }
 
 TEST_F(TextFile, SaysWhatIsWrong) {

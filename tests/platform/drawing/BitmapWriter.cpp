@@ -13,34 +13,27 @@ void Put(std::string& out, std::uint32_t n, int nBytes) {
 }  // namespace
 
 std::string Encode(const Picture& picture, const std::string& data) {
+    const auto nWidth = static_cast<std::uint32_t>(picture.nWidth);
+    const auto nHeight = static_cast<std::uint32_t>(picture.nHeight);
+    const int nSizeBytes = picture.bOldHeader ? 2 : 4;
     std::string info;
-    if (picture.bOldHeader) {
-        Put(info, 12, 4);
-        Put(info, static_cast<std::uint32_t>(picture.nWidth), 2);
-        Put(info, static_cast<std::uint32_t>(picture.nHeight), 2);
-        Put(info, 1, 2);
-        Put(info, static_cast<std::uint32_t>(picture.nBits), 2);
-    } else {
-        Put(info, 40, 4);
-        Put(info, static_cast<std::uint32_t>(picture.nWidth), 4);
-        Put(info, static_cast<std::uint32_t>(picture.nHeight), 4);
-        Put(info, 1, 2);
-        Put(info, static_cast<std::uint32_t>(picture.nBits), 2);
-        Put(info, picture.compression, 4);
-        Put(info, static_cast<std::uint32_t>(data.size()), 4);
-        Put(info, 2835, 4);
-        Put(info, 2835, 4);
-        Put(info, static_cast<std::uint32_t>(picture.palette.size()), 4);
-        Put(info, 0, 4);
+    Put(info, picture.bOldHeader ? 12 : 40, 4);
+    Put(info, nWidth, nSizeBytes);
+    Put(info, nHeight, nSizeBytes);
+    Put(info, 1, 2);
+    Put(info, static_cast<std::uint32_t>(picture.nBits), 2);
+    if (!picture.bOldHeader) {
+        const auto nColors = static_cast<std::uint32_t>(picture.palette.size());
+        for (const std::uint32_t n :
+             {picture.compression, static_cast<std::uint32_t>(data.size()), 2835U, 2835U, nColors, 0U}) {
+            Put(info, n, 4);
+        }
     }
     for (const std::uint32_t mask : picture.masks) {
         Put(info, mask, 4);
     }
     for (const Rgb& rgb : picture.palette) {
-        Put(info, rgb.blue, 1);
-        Put(info, rgb.green, 1);
-        Put(info, rgb.red, 1);
-        Put(info, 0, picture.bOldHeader ? 0 : 1);
+        Put(info, Packed(rgb), picture.bOldHeader ? 3 : 4);
     }
     std::string file = "BM";
     Put(file, static_cast<std::uint32_t>(14 + info.size() + data.size()), 4);
@@ -49,7 +42,7 @@ std::string Encode(const Picture& picture, const std::string& data) {
     return file + info + data;
 }
 
-std::string Pack(const Picture& picture, const std::function<std::uint32_t(int, int)>& value) {
+std::string Pack(const Picture& picture, const Values& value) {
     const int nRows = std::abs(picture.nHeight);
     std::string data;
     for (int i = 0; i < nRows; ++i) {
@@ -77,11 +70,8 @@ std::string Pack(const Picture& picture, const std::function<std::uint32_t(int, 
 }
 
 std::string Encode24(int nWidth, int nHeight, const std::function<Rgb(int, int)>& color) {
-    const Picture picture{.nWidth = nWidth, .nHeight = nHeight, .palette = {}, .masks = {}};
-    return Encode(picture, Pack(picture, [&color](int x, int y) {
-                      const Rgb rgb = color(x, y);
-                      return std::uint32_t{rgb.red} << 16 | std::uint32_t{rgb.green} << 8 | rgb.blue;
-                  }));
+    const Picture picture{.nWidth = nWidth, .nHeight = nHeight};
+    return Encode(picture, Pack(picture, [&color](int x, int y) { return Packed(color(x, y)); }));
 }
 
 }  // namespace bmp

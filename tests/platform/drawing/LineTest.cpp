@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
-#include <string>
 
 namespace {
 
@@ -53,41 +52,6 @@ TEST(LineTo, CoversThePixelsWithinHalfItsWidthAndNoOther) {
     }
 }
 
-TEST(LineTo, HasRoundEnds) {
-    MemoryDc mem(9, 5);
-    Line(mem.dc, {2, 2}, {6, 2}, 5, 0xFFFFFF);
-    std::string drawn;
-    for (const COLORREF clr : ReadAll(mem.dc, {9, 5})) {
-        drawn += clr != 0 ? '#' : '.';
-    }
-    EXPECT_EQ(drawn,
-              ".#######."
-              "#########"
-              "#########"
-              "#########"
-              ".#######.");
-}
-
-// The needle at opposite angles, and drawn from the other end.
-TEST(LineTo, IsSymmetric) {
-    for (int nTip = 0; nTip <= 90; ++nTip) {
-        MemoryDc right(241, 260);
-        MemoryDc left(241, 260);
-        MemoryDc backward(241, 260);
-        Line(right.dc, {120 + nTip / 6, 241}, {120 + nTip, 89 + nTip / 4}, 5, 0xFF);
-        Line(left.dc, {120 - nTip / 6, 241}, {120 - nTip, 89 + nTip / 4}, 5, 0xFF);
-        Line(backward.dc, {120 + nTip, 89 + nTip / 4}, {120 + nTip / 6, 241}, 5, 0xFF);
-        EXPECT_EQ(ReadAll(right.dc, {241, 260}), ReadAll(backward.dc, {241, 260}));
-        int nDifferent = 0;
-        for (int y = 0; y < 260; ++y) {
-            for (int x = 0; x < 241; ++x) {
-                nDifferent += right.dc.GetPixel(x, y) != left.dc.GetPixel(240 - x, y) ? 1 : 0;
-            }
-        }
-        EXPECT_EQ(nDifferent, 0) << nTip;
-    }
-}
-
 TEST(LineTo, MovesOnAndStandsAbsurdPlaces) {
     MemoryDc mem(8, 8);
     CPen pen(PS_SOLID, 1, 0xFF);
@@ -102,11 +66,6 @@ TEST(LineTo, MovesOnAndStandsAbsurdPlaces) {
     mem.dc.LineTo(INT_MIN, INT_MAX);
     Line(mem.dc, {-1000000, -1000000}, {1000000, 1000000}, 255, 0x00FF00);
     EXPECT_EQ(mem.dc.GetPixel(7, 0), 0x00FF00U);
-
-    CPen penOther;
-    EXPECT_FALSE(penOther.CreatePen(1, 1, 0));
-    EXPECT_TRUE(penOther.CreatePen(PS_SOLID, -4, 0xFF));
-    EXPECT_EQ(penOther.GetWidth(), 1);
 }
 
 }  // namespace
