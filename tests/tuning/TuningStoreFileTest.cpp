@@ -12,6 +12,7 @@
 namespace {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 const CString REFUSED = "the user's work of years\n99\t0\n";
 
@@ -19,68 +20,56 @@ class TuningStoreFile : public testing::Test {
 protected:
     TuningStoreFile() { m_store.SetDefaults(); }
     CString Path() const { return m_directory.Path("state.txt"); }
+    // What the program does with a file that it can't use: it starts with defaults, and saves at its end.
+    void RefuseAndSave() {
+        const auto names = m_directory.Names();
+        EXPECT_FALSE(m_store.Load(Path()));
+        EXPECT_EQ(m_directory.Names(), names) << "reading changes nothing";
+        m_store.SetDefaults();
+        EXPECT_TRUE(m_store.Save(Path()));
+        EXPECT_TRUE(m_store.Save(Path()));
+        EXPECT_TRUE(m_store.Load(Path()));
+    }
 
     CScratchDirectory m_directory;
     CTuningStore m_store;
 };
 
-TEST_F(TuningStoreFile, IsThereAfterARestart) {
-    EXPECT_FALSE(m_store.Load(Path())) << "there is none yet";
-    m_store.SetAFrequency(441.5F);
+TEST_F(TuningStoreFile, IsThereAfterARestartWithLineEndsOfEitherKind) {
     m_store.GetCustomTunings()->AddTail(Tuning::StandardE());
     EXPECT_TRUE(m_store.Save(Path()));
-    CTuningStore restarted;
-    EXPECT_TRUE(restarted.Load(Path()));
-    EXPECT_EQ(restarted.GetAFrequency(), 441.5F);
-    EXPECT_EQ(restarted.GetCustomTunings()->Find(Tuning::StandardE()), 0);
-    EXPECT_EQ(m_directory.Read("state.txt"), restarted.SaveText());
-    EXPECT_TRUE(restarted.Save(Path()));
+    const CString strText = m_store.SaveText();
+    EXPECT_EQ(m_directory.Read("state.txt"), strText);
+    CString strOther;
+    for (const char c : strText) {
+        strOther += c == '\n' ? "\r\n" : CString(1, c);
+    }
+    for (const CString& strFile : {strText, strOther}) {
+        m_directory.Write("state.txt", strFile);
+        CTuningStore restarted;
+        EXPECT_TRUE(restarted.Load(Path()));
+        EXPECT_EQ(restarted.SaveText(), strText);
+        EXPECT_TRUE(restarted.Save(Path()));
+    }
     EXPECT_THAT(m_directory.Names(), ElementsAre("state.txt"));
+    EXPECT_FALSE(m_store.Load(m_directory.Path("missing.txt")));
+    EXPECT_EQ(m_store.GetCustomTunings()->GetCount(), 0);
 }
 
-TEST_F(TuningStoreFile, HasLineEndsOfEitherKind) {
-    m_store.GetCustomTunings()->AddTail(Tuning::StandardE());
-    CString strText;
-    for (const char c : m_store.SaveText()) {
-        strText += c == '\n' ? "\r\n" : CString(1, c);
+TEST_F(TuningStoreFile, EachRefusedFileIsKeptOnceBesideTheEarlierOnes) {
+    for (const CString& strText : {REFUSED, CString(), CString("third")}) {
+        m_directory.Write("state.txt", strText);
+        RefuseAndSave();
     }
-    m_directory.Write("state.txt", strText);
-    CTuningStore restarted;
-    EXPECT_TRUE(restarted.Load(Path()));
-    EXPECT_EQ(restarted.SaveText(), m_store.SaveText());
-}
-
-TEST_F(TuningStoreFile, ARefusedFileIsKeptOnce) {
-    m_directory.Write("state.txt", REFUSED);
-    EXPECT_FALSE(m_store.Load(Path()));
-    EXPECT_THAT(m_directory.Names(), ElementsAre("state.txt")) << "reading changes nothing";
-    m_store.SetDefaults();
-    EXPECT_TRUE(m_store.Save(Path()));
-    EXPECT_TRUE(m_store.Save(Path()));
+    // One that is too large to be read is kept too.
+    constexpr std::uintmax_t TOO_LARGE = 65UL * 1024 * 1024;
+    std::filesystem::resize_file(Path(), TOO_LARGE);
+    RefuseAndSave();
     EXPECT_EQ(m_directory.Read("state.rejected.txt"), REFUSED);
-    EXPECT_THAT(m_directory.Names(), ElementsAre("state.rejected.txt", "state.txt"));
-    EXPECT_TRUE(m_store.Load(Path()));
-}
-
-TEST_F(TuningStoreFile, ALaterRefusedFileDoesNotReplaceTheFirst) {
-    for (const char* szText : {"first", "", "third"}) {
-        m_directory.Write("state.txt", szText);
-        EXPECT_FALSE(m_store.Load(Path()));
-        m_store.SetDefaults();
-        EXPECT_TRUE(m_store.Save(Path()));
-    }
-    EXPECT_EQ(m_directory.Read("state.rejected.txt"), "first");
     EXPECT_EQ(m_directory.Read("state.rejected.2.txt"), "");
     EXPECT_EQ(m_directory.Read("state.rejected.3.txt"), "third");
-}
-
-TEST_F(TuningStoreFile, OneThatCannotBeReadIsKeptToo) {
-    m_directory.Write("state.txt", m_store.SaveText());
-    std::filesystem::resize_file(Path(), 65UL * 1024 * 1024);
-    EXPECT_FALSE(m_store.Load(Path()));
-    m_store.SetDefaults();
-    EXPECT_TRUE(m_store.Save(Path()));
-    EXPECT_EQ(std::filesystem::file_size(m_directory.Path("state.rejected.txt")), 65UL * 1024 * 1024);
+    EXPECT_EQ(std::filesystem::file_size(m_directory.Path("state.rejected.4.txt")), TOO_LARGE);
+    EXPECT_EQ(m_directory.Names().size(), 5U);
 }
 
 TEST_F(TuningStoreFile, AGoodOrAnotherFileIsNotKept) {
@@ -110,7 +99,7 @@ TEST_F(TuningStoreFile, SaysWhenItCannotBeWritten) {
     EXPECT_FALSE(m_store.Save(m_directory.Path()));
     ASSERT_EQ(::chmod(m_directory.Path().c_str(), 0755), 0);
     EXPECT_EQ(RunAsNobody([this] { return m_store.Save(Path()) ? 1 : 0; }), 0);
-    EXPECT_THAT(m_directory.Names(), ElementsAre());
+    EXPECT_THAT(m_directory.Names(), IsEmpty());
 }
 
 }  // namespace
