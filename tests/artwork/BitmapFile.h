@@ -15,6 +15,9 @@ struct Pixel {
     friend bool operator==(const Pixel&, const Pixel&) = default;
 };
 inline constexpr Pixel WHITE{255, 255, 255};
+constexpr bool IsGrey(const Pixel& pixel) {
+    return pixel.red == pixel.green && pixel.green == pixel.blue;
+}
 
 struct BitmapFile {
     int nWidth = 0;
