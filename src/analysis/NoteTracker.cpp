@@ -3,11 +3,10 @@
 #include "platform/signal/VectorClones.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstring>
 #include <limits>
-#include <numeric>
 
 namespace {
 
@@ -45,24 +44,26 @@ struct CWay {
 // In whatever order it suits the vector unit.
 FRETVANE_VECTOR_CLONES
 void AddWay(const float* pfValue, int n, CWay& way) {
-    constexpr int LANES = 8;
-    std::array<float, LANES> lengths{};
-    std::array<float, LANES> leasts;
-    leasts.fill(way.fLeast);
+    constexpr int LANES = VECTOR_LANES;
+    FloatLanes lengths = {};
+    FloatLanes leasts = lengths + way.fLeast;
     int i = 0;
     for (; i + LANES < n; i += LANES) {
-        for (std::size_t j = 0; j < LANES; ++j) {
-            const float* pfHere = pfValue + i + j;
-            lengths[j] += std::abs(pfHere[1] - pfHere[0]);
-            leasts[j] = pfHere[0] < leasts[j] ? pfHere[0] : leasts[j];
-        }
+        FloatLanes here;
+        FloatLanes next;
+        std::memcpy(&here, pfValue + i, sizeof here);
+        std::memcpy(&next, pfValue + i + 1, sizeof next);
+        lengths += next > here ? next - here : here - next;
+        leasts = here < leasts ? here : leasts;
     }
     for (; i < n; ++i) {
-        lengths[0] += i + 1 < n ? std::abs(pfValue[i + 1] - pfValue[i]) : 0.0F;
-        leasts[0] = std::min(leasts[0], pfValue[i]);
+        way.fLength += i + 1 < n ? std::abs(pfValue[i + 1] - pfValue[i]) : 0.0F;
+        way.fLeast = std::min(way.fLeast, pfValue[i]);
     }
-    way.fLength = std::accumulate(lengths.begin(), lengths.end(), way.fLength);
-    way.fLeast = *std::min_element(leasts.begin(), leasts.end());
+    for (std::size_t j = 0; j < VECTOR_LANES; ++j) {
+        way.fLength += lengths[j];
+        way.fLeast = std::min(way.fLeast, leasts[j]);
+    }
 }
 
 FRETVANE_VECTOR_CLONES

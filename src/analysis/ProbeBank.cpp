@@ -9,7 +9,8 @@
 namespace {
 
 constexpr std::size_t LANES = CProbeBank::LANES;
-using Floats [[gnu::vector_size(LANES * sizeof(float))]] = float;
+static_assert(LANES == VECTOR_LANES);
+using Floats = FloatLanes;
 using Doubles [[gnu::vector_size(LANES * sizeof(double))]] = double;
 using Ints [[gnu::vector_size(LANES * sizeof(std::int32_t))]] = std::int32_t;
 using Bits [[gnu::vector_size(LANES * sizeof(std::uint32_t))]] = std::uint32_t;

@@ -3,55 +3,52 @@
 #include "platform/signal/VectorClones.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
-#include <functional>
+#include <cstring>
 #include <numbers>
 
 namespace {
 
 constexpr int SAMPLE_BITS = 16;
 
-// Independent running results, so that the compiler may keep them in vector registers: the extreme of floats
-// is the same in whatever order they are looked at.
-constexpr int LANES = 8;
+enum class Kind { Highest, Lowest };
 
-template <class Better>
-float Extreme(const float* pfVector, int n, Better better) {
+template <Kind KIND>
+[[gnu::always_inline]] inline bool IsBetter(float a, float b) {
+    return KIND == Kind::Highest ? a > b : a < b;
+}
+
+// Running results side by side: the extreme of floats is the same in whatever order they are looked at.
+// Inlined, so that it is compiled for the vector unit that its caller is compiled for.
+template <Kind KIND>
+[[gnu::always_inline]] inline float Extreme(const float* pfVector, int n) {
     if (n <= 0) {
         return 0.0F;
     }
+    constexpr int LANES = VECTOR_LANES;
     float fResult = pfVector[0];
     int i = 0;
     if (n >= LANES) {
-        std::array<float, LANES> lanes;
-        std::copy_n(pfVector, LANES, lanes.begin());
+        FloatLanes lanes;
+        std::memcpy(&lanes, pfVector, sizeof lanes);
         for (i = LANES; i + LANES <= n; i += LANES) {
-            for (std::size_t j = 0; j < LANES; ++j) {
-                const float f = pfVector[static_cast<std::size_t>(i) + j];
-                lanes[j] = better(f, lanes[j]) ? f : lanes[j];
-            }
+            FloatLanes here;
+            std::memcpy(&here, pfVector + i, sizeof here);
+            lanes = (KIND == Kind::Highest ? here > lanes : here < lanes) ? here : lanes;
         }
-        for (const float f : lanes) {
-            fResult = better(f, fResult) ? f : fResult;
+        for (std::size_t j = 0; j < VECTOR_LANES; ++j) {
+            fResult = IsBetter<KIND>(lanes[j], fResult) ? lanes[j] : fResult;
         }
     }
     for (; i < n; ++i) {
-        fResult = better(pfVector[i], fResult) ? pfVector[i] : fResult;
+        fResult = IsBetter<KIND>(pfVector[i], fResult) ? pfVector[i] : fResult;
     }
     return fResult;
 }
 
-template <class Better>
-float FirstExtreme(const float* pfVector, int n, int* pnIndex, Better better) {
-    *pnIndex = 0;
-    if (n <= 0) {
-        return 0.0F;
-    }
-    const float fResult = Extreme(pfVector, n, better);
-    *pnIndex = static_cast<int>(std::find(pfVector, pfVector + n, fResult) - pfVector);
-    return fResult;
+int FindFirst(const float* pfVector, int n, float fValue) {
+    return n > 0 ? static_cast<int>(std::find(pfVector, pfVector + n, fValue) - pfVector) : 0;
 }
 
 }  // namespace
@@ -96,18 +93,24 @@ void nspsbCopy(const float* pfSource, float* pfDest, int n) {
     std::copy_n(pfSource, std::max(n, 0), pfDest);
 }
 
+FRETVANE_VECTOR_CLONES
 float nspsMax(const float* pfVector, int n) {
-    return Extreme(pfVector, n, std::greater<>());
+    return Extreme<Kind::Highest>(pfVector, n);
 }
 
+FRETVANE_VECTOR_CLONES
 float nspsMin(const float* pfVector, int n) {
-    return Extreme(pfVector, n, std::less<>());
+    return Extreme<Kind::Lowest>(pfVector, n);
 }
 
 float nspsMaxExt(const float* pfVector, int n, int* pnIndex) {
-    return FirstExtreme(pfVector, n, pnIndex, std::greater<>());
+    const float fHighest = nspsMax(pfVector, n);
+    *pnIndex = FindFirst(pfVector, n, fHighest);
+    return fHighest;
 }
 
 float nspsMinExt(const float* pfVector, int n, int* pnIndex) {
-    return FirstExtreme(pfVector, n, pnIndex, std::less<>());
+    const float fLowest = nspsMin(pfVector, n);
+    *pnIndex = FindFirst(pfVector, n, fLowest);
+    return fLowest;
 }
