@@ -1,8 +1,10 @@
 #include "packaging/Installed.h"
+#include "tuning/PresetFile.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <set>
 #include <utility>
 
 // The program as `cmake --install` leaves it, started by its launcher on a screen with a sound server.
@@ -66,6 +68,25 @@ TEST(Installation, OffersTheIconInTheUsualSizes) {
         EXPECT_EQ(std::pair(icon->nWidth, icon->nHeight), std::pair(nSize, nSize));
     }
     EXPECT_TRUE(ReadAll(icons / "scalable/apps/fretvane.svg").starts_with("<svg"));
+}
+
+TEST(Installation, ComesWithAsManyTuningsAsItTells) {
+    const fs::path source = FRETVANE_SOURCE_DIR;
+    CTuningList presets;
+    int nDropped = 0;
+    EXPECT_TRUE(LoadPresetFile((source / "data/preset.txt").string(), presets, nDropped));
+    EXPECT_EQ(nDropped, 0);
+    // A row of the list is found by its name.
+    std::set<std::string> names;
+    Tuning tuning;
+    for (bool bMore = presets.GetAt(tuning, 0); bMore; bMore = presets.GetNext(tuning)) {
+        EXPECT_TRUE(names.insert(tuning.m_strName).second) << tuning.m_strName;
+    }
+    const std::string strCount = std::to_string(names.size());
+    for (const char* szFile :
+         {"README.md", "packaging/debian/description", "packaging/example.fretvane.fretvane.metainfo.xml"}) {
+        EXPECT_NE(ReadAll(source / szFile).find(strCount + " tunings"), std::string::npos) << szFile;
+    }
 }
 
 // One number, wherever it is told.
