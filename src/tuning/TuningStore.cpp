@@ -50,6 +50,7 @@ CString TuningLine(const Tuning& tuning) {
 }  // namespace
 
 bool CTuningStore::Load(const CString& strPath) {
+    CFileReplacement::RemoveAbandoned(strPath);
     m_strRefusedPath.clear();
     CString strText;
     const TextFileResult result = ReadTextFile(strPath, strText);

@@ -22,7 +22,8 @@ public:
     // Reads the settings and the custom tunings, which take the place of those held. False if the file can't
     // be read, or if anything in it is out of range or no number: then there are no custom tunings, and the
     // settings before the first bad one have been taken, so that the caller has to set all of them
-    // (SetDefaults). The tuning in force isn't touched.
+    // (SetDefaults). The tuning in force isn't touched. What a killed Save has left beside the file is
+    // removed.
     bool Load(const CString& strPath);
     // Replaces the file in one step: whatever happens, the old one or the new one is there, whole. A file
     // that Load refused is kept beside it before (state.txt as state.rejected.txt). False if it couldn't be

@@ -31,7 +31,7 @@ void CTunerWnd::OnDestroy() {
     if (const int nSelected = m_lbTunings.GetCurSel(); nSelected >= 0) {
         m_store.SetListIndex(nSelected);
     }
-    m_store.Save("state.txt");
+    Succeed(m_store.Save("state.txt"), "Unable to save state.txt");
     Default();
 }
 

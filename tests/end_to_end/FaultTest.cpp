@@ -1,3 +1,5 @@
+#include "end_to_end/Crowd.h"
+#include "end_to_end/Hand.h"
 #include "end_to_end/Plucks.h"
 #include "end_to_end/Stage.h"
 
@@ -5,6 +7,7 @@
 #include <signal.h>
 
 #include <chrono>
+#include <fstream>
 #include <string>
 #include <thread>
 
@@ -16,12 +19,15 @@ namespace {
 
 class Faults : public testing::Test {
 protected:
-    void StartAll() {
+    void StartSound() {
         ASSERT_TRUE(m_sound.Start());
-        ASSERT_TRUE(m_stage.Start(&m_sound));
         m_pluck = PreparePluck({45, 0.0}, 12.0, m_waves.GetPath() / "a.wav");
         m_other = PreparePluck({52, 0.0}, 12.0, m_waves.GetPath() / "e.wav");
         ASSERT_GT(m_pluck.fFrequency * m_other.fFrequency, 0.0);
+    }
+    void StartAll() {
+        ASSERT_NO_FATAL_FAILURE(StartSound());
+        ASSERT_TRUE(m_stage.Start(&m_sound));
         ASSERT_TRUE(Hears(m_pluck)) << m_stage.ReadFile("program.log") << m_stage.ReadFile("errorlog.txt");
     }
 
@@ -43,7 +49,12 @@ protected:
         return false;
     }
 
+    void MakeBusy(const std::string& strSource) {
+        ASSERT_TRUE(m_others.Gather(m_sound.GetEnvironment().at("PULSE_SERVER"), strSource));
+    }
+
     CSoundServer m_sound;
+    CCrowd m_others;
     CStage m_stage;
     CTemporaryDirectory m_waves;
     PreparedPluck m_pluck;
@@ -117,6 +128,50 @@ TEST_F(Faults, TheWindowClosesAtOnceWhileTheServerIsFrozen) {
     m_sound.SignalServer(SIGCONT);
     EXPECT_EQ(exitCode, 0);
     EXPECT_EQ(m_stage.ReadFile("state.txt").substr(0, 40), "USED DIRECTLY BY FRETVANE, DO NOT EDIT!\n");
+}
+
+TEST_F(Faults, ABusyMicrophoneIsToldOfAndCanBeChosenOnceItIsFree) {
+    ASSERT_NO_FATAL_FAILURE(StartSound());
+    ASSERT_NO_FATAL_FAILURE(MakeBusy("mic"));
+    ASSERT_TRUE(m_stage.StartOnDesktop(&m_sound));
+    const CHand hand(m_stage.GetScreen().GetDisplay());
+    ASSERT_TRUE(hand.FindWindow("^Error: Unable to use recording device$", 20s));
+    ASSERT_TRUE(hand.Keys({"Return"}));
+    const auto tuner = hand.FindWindow("^Fretvane ");
+    ASSERT_TRUE(tuner);
+    m_stage.LookAt(tuner->x, tuner->y);
+    EXPECT_EQ(m_stage.Read().strNote, "F#");
+    EXPECT_EQ(m_stage.Read().needleColor, 0xA0A0A0U);
+    const std::string strLog = m_stage.ReadFile("errorlog.txt");
+    const std::string strLine = ": Unable any open any recording device\n";
+    EXPECT_NE(strLog.find(strLine), std::string::npos) << strLog;
+    EXPECT_EQ(strLog.find(strLine), strLog.rfind(strLine));
+    // The options' second page: by its name in place of the preferred one.
+    m_others.Disperse();
+    ASSERT_TRUE(hand.Click(tuner->x + 287, tuner->y + 379));
+    ASSERT_TRUE(hand.FindWindow("^.高音 .$"));
+    ASSERT_TRUE(hand.Keys({"Right", "Tab", "Down", "Return"}));
+    EXPECT_TRUE(Hears(m_pluck));
+    EXPECT_EQ(m_stage.ReadFile("program.log"), "");
+}
+
+TEST_F(Faults, AChosenMicrophoneThatIsBusyGivesWayToThePreferredOneUntilTheNextStart) {
+    ASSERT_NO_FATAL_FAILURE(StartSound());
+    ASSERT_TRUE(m_sound.Control({"load-module", "module-null-sink", "sink_name=second_feed"}));
+    ASSERT_TRUE(m_sound.Control(
+        {"load-module", "module-remap-source", "source_name=second", "master=second_feed.monitor"}));
+    std::ofstream(m_stage.GetDirectory() / "state.txt")
+        << "USED DIRECTLY BY FRETVANE, DO NOT EDIT!\n"
+           "44000\t10485760\t16711680\t32768\t16711680\t0\t2\t0\t128\t0\n";
+    ASSERT_NO_FATAL_FAILURE(MakeBusy("second"));
+    ASSERT_TRUE(m_stage.Start(&m_sound));
+    EXPECT_TRUE(Hears(m_pluck));
+    m_others.Disperse();
+    m_stage.GetProgram().Signal(SIGTERM);
+    EXPECT_EQ(m_stage.GetProgram().WaitForEnd(4s), 0);
+    ASSERT_TRUE(m_stage.StartProgram(&m_sound));
+    EXPECT_TRUE(Hears(m_other, 10s, "second_feed"));
+    EXPECT_EQ(m_stage.ReadFile("errorlog.txt"), "");
 }
 
 TEST_F(Faults, WithoutAServerTheUserIsToldOnceAndTheWindowWorksOn) {

@@ -129,8 +129,9 @@ bool CStage::StartProgram(const CSoundServer* pSound) {
 
 DisplayedReading CStage::Read() const {
     const auto picture = Grab();
-    return picture && picture->nWidth >= 500 && picture->nHeight >= 396 ? m_reader.Read(*picture)
-                                                                        : DisplayedReading{};
+    return picture && picture->nWidth >= m_xWindow + 500 && picture->nHeight >= m_yWindow + 396
+               ? m_reader.Read(Crop(*picture, m_xWindow, m_yWindow, 500, 396))
+               : DisplayedReading{};
 }
 
 DisplayedReading CStage::ReadUntil(const std::function<bool(const DisplayedReading&)>& condition,

@@ -54,6 +54,9 @@ public:
     // Starts the program again, on the same screen and in the same directory.
     bool StartProgram(const CSoundServer* pSound);
 
+    // Where the window's client area lies on the screen, for Read; the corner until told.
+    void LookAt(int x, int y) { m_xWindow = x, m_yWindow = y; }
+
     // The whole screen.
     std::optional<Picture> Grab() const { return m_screen.Grab(); }
     DisplayedReading Read() const;
@@ -81,4 +84,6 @@ private:
     CChildProcess m_windowManager;
     CDisplayReader m_reader;
     CChildProcess m_program;
+    int m_xWindow = 0;
+    int m_yWindow = 0;
 };

@@ -3,7 +3,9 @@
 #include "platform/base/FileDescriptor.h"
 #include "platform/base/String.h"
 
+#include <dirent.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -13,6 +15,7 @@
 #include <climits>
 #include <cstddef>
 #include <cstdio>
+#include <memory>
 #include <optional>
 
 namespace {
@@ -24,6 +27,8 @@ constexpr mode_t PERMISSION_BITS = 0777;
 constexpr mode_t NEW_FILE_MODE = 0666;
 constexpr mode_t PRIVATE_MODE = 0600;
 constexpr std::size_t COPIED_AT_ONCE = 65536;
+// Prepared files are named "<target>.<process>-<number>.new".
+constexpr std::string_view PREPARED_END = ".new";
 
 // The directory of a path, with its slash; empty for a bare name.
 CString DirectoryOf(const CString& strPath) {
@@ -56,18 +61,54 @@ bool WriteAll(int nDescriptor, std::string_view strContent) {
     return true;
 }
 
-// Makes a file of its own beside the target, whoever else may be writing there.
+// Locks the file until its last descriptor is closed, by the end of the process at the latest. False if
+// somebody takes it for abandoned at this very moment. A file system without locks gets none.
+bool Hold(int nDescriptor) {
+    struct stat status = {};
+    return (::flock(nDescriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) &&
+           ::fstat(nDescriptor, &status) == 0 && status.st_nlink > 0;
+}
+
+// Makes a file of its own beside the target, whoever else may be writing there, and holds it.
 int CreateBeside(const CString& strTarget, CString& strCreated) {
     static std::atomic<unsigned> uNext = 0;
     for (int i = 0; i < MAX_NAME_ATTEMPTS; ++i) {
-        strCreated = FormatText("%s.%d-%u.new", strTarget.c_str(), static_cast<int>(::getpid()), uNext++);
+        strCreated = FormatText("%s.%d-%u", strTarget.c_str(), static_cast<int>(::getpid()), uNext++);
+        strCreated += PREPARED_END;
         const int nDescriptor =
             ::open(strCreated.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, NEW_FILE_MODE);
-        if (nDescriptor >= 0 || errno != EEXIST) {
+        if (nDescriptor < 0 ? errno != EEXIST : Hold(nDescriptor)) {
             return nDescriptor;
+        }
+        if (nDescriptor >= 0) {
+            ::close(nDescriptor);
         }
     }
     return -1;
+}
+
+bool IsPreparedName(std::string_view strEntry, std::string_view strTarget) {
+    if (strEntry.size() <= strTarget.size() + PREPARED_END.size() || !strEntry.starts_with(strTarget) ||
+        !strEntry.ends_with(PREPARED_END)) {
+        return false;
+    }
+    strEntry.remove_prefix(strTarget.size());
+    strEntry.remove_suffix(PREPARED_END.size());
+    const std::size_t nDash = strEntry.find('-');
+    constexpr std::string_view DIGITS = "0123456789";
+    return strEntry.front() == '.' && nDash != std::string_view::npos && nDash > 1 &&
+           nDash + 1 < strEntry.size() &&
+           strEntry.substr(1, nDash - 1).find_first_not_of(DIGITS) == std::string_view::npos &&
+           strEntry.substr(nDash + 1).find_first_not_of(DIGITS) == std::string_view::npos;
+}
+
+void RemoveUnlessHeld(const CString& strPrepared) {
+    const CFileDescriptor file(::open(strPrepared.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    struct stat status = {};
+    if (file.IsOpen() && ::fstat(file.Get(), &status) == 0 && S_ISREG(status.st_mode) &&
+        ::flock(file.Get(), LOCK_EX | LOCK_NB) == 0) {
+        ::unlink(strPrepared.c_str());
+    }
 }
 
 // The new file looks to others like the old one. Another's file can only be given back to its owner by the
@@ -145,6 +186,7 @@ void CFileReplacement::Discard() {
         ::unlink(m_strPrepared.c_str());
         m_strPrepared.clear();
     }
+    m_hold.reset();
 }
 
 bool CFileReplacement::Prepare(const CString& strPath, std::string_view strContent) {
@@ -164,6 +206,7 @@ bool CFileReplacement::Prepare(const CString& strPath, std::string_view strConte
         m_strPrepared.clear();
         return false;
     }
+    m_hold.emplace(::fcntl(file.Get(), F_DUPFD_CLOEXEC, 0));
     m_strTarget = *target;
     const bool bWritten = (!bThere || TakeOver(file.Get(), old)) && WriteAll(file.Get(), strContent) &&
                           ::fsync(file.Get()) == 0;
@@ -208,6 +251,23 @@ bool CFileReplacement::Commit() {
         return false;
     }
     m_strPrepared.clear();
+    m_hold.reset();
     FlushDirectory(DirectoryOf(m_strTarget));
     return true;
+}
+
+void CFileReplacement::RemoveAbandoned(const CString& strPath) {
+    const auto target = FollowLinks(strPath);
+    if (!target) {
+        return;
+    }
+    const CString strDirectory = DirectoryOf(*target);
+    const auto close = [](DIR* pDirectory) { ::closedir(pDirectory); };
+    const std::unique_ptr<DIR, decltype(close)> pDirectory(
+        ::opendir(strDirectory.empty() ? "." : strDirectory.c_str()), close);
+    while (const dirent* const pEntry = pDirectory ? ::readdir(pDirectory.get()) : nullptr) {
+        if (IsPreparedName(pEntry->d_name, std::string_view(*target).substr(strDirectory.size()))) {
+            RemoveUnlessHeld(strDirectory + pEntry->d_name);
+        }
+    }
 }

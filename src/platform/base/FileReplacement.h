@@ -1,7 +1,9 @@
 #pragma once
 
+#include "platform/base/FileDescriptor.h"
 #include "platform/base/Types.h"
 
+#include <optional>
 #include <string_view>
 
 // Replaces a file in one step: the new content is written into a file beside it and flushed to the disk, then
@@ -31,9 +33,14 @@ public:
     // Puts the prepared file in the old one's place.
     bool Commit();
 
+    // Removes what processes that were killed on the way have left beside the file. What is being prepared by
+    // a living one stays: it holds a lock on it. Where the file system knows no locks, nothing is removed.
+    static void RemoveAbandoned(const CString& strPath);
+
 private:
     void Discard();
 
-    CString m_strTarget;    // what the path leads to, links followed
-    CString m_strPrepared;  // the new file; empty when there is none
+    CString m_strTarget;                    // what the path leads to, links followed
+    CString m_strPrepared;                  // the new file; empty when there is none
+    std::optional<CFileDescriptor> m_hold;  // keeps the lock on it
 };

@@ -6,6 +6,7 @@
 
 #include <QtGui/QFont>
 #include <QtGui/QPalette>
+#include <QtGui/QPixmapCache>
 #include <QtWidgets/QApplication>
 #include <array>
 #include <cstdio>
@@ -14,6 +15,9 @@
 namespace {
 
 constexpr int g_nDialogFontTenths = 80;
+// Of the toolkit's pictures of arrows and marks. It draws them anew for each menu and keeps them all, up to
+// ten megabytes, for menus that never come again.
+constexpr int g_nPictureCacheKb = 128;
 
 // What the toolkit says while it can't open the display, so that our own message can give the reason.
 QString& Reason() {
@@ -97,6 +101,7 @@ CWindowsSession::CWindowsSession() {
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setStyle("Windows");
     QApplication::setPalette(ClassicPalette());
+    QPixmapCache::setCacheLimit(g_nPictureCacheKb);
     CFont font;
     if (font.CreatePointFont(g_nDialogFontTenths, "MS Sans Serif")) {
         QApplication::setFont(ToToolkitFont(font));
