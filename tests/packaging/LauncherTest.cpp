@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 // What the launcher makes of homes of every kind. In the place of the program stands one that tells where it
 // was started, and with what.
 
@@ -108,6 +110,24 @@ TEST_F(Launcher, FollowsAnInstallationThatChangesAndMovesAndKeepsWhatIsTheUsers)
     fs::remove_all(moved / "share");
     EXPECT_EQ(m_user.Run(moved / "bin/fretvane"), 1);
     EXPECT_NE(m_user.GetOutput().find("install it again"), std::string::npos);
+}
+
+TEST_F(Launcher, BearsSeveralFirstStartsAtOnce) {
+    const auto installed = Tree(m_prefix);
+    for (int nHome = 0; nHome < 10; ++nHome) {
+        const fs::path home = m_place.GetPath() / std::to_string(nHome);
+        fs::create_directories(home);
+        std::array<CChildProcess, 6> launchers;
+        for (CChildProcess& launcher : launchers) {
+            launcher.Start({m_prefix / "bin/fretvane"}, {{"HOME", home}, {"XDG_DATA_HOME", ""}},
+                           m_place.GetPath(), m_place.GetPath() / "log");
+        }
+        for (CChildProcess& launcher : launchers) {
+            EXPECT_EQ(launcher.WaitForEnd(std::chrono::seconds(20)), 0) << ReadAll(m_place.GetPath() / "log");
+        }
+        EXPECT_EQ(Tree(home / ".local/share/fretvane").size(), 5U);
+    }
+    EXPECT_EQ(Tree(m_prefix), installed);
 }
 
 }  // namespace
