@@ -1,4 +1,5 @@
 #include "platform/multimedia/MultimediaTimer.h"
+#include "platform/multimedia/TimeGetTime.h"
 
 #include <gtest/gtest.h>
 
@@ -63,10 +64,16 @@ TEST(MultimediaTimer, RefusesWhatItCannotDo) {
     TIMECAPS caps;
     ASSERT_EQ(timeGetDevCaps(caps), TIMERR_NOERROR);
     EXPECT_EQ(timeBeginPeriod(caps.wPeriodMin), TIMERR_NOERROR);
-    EXPECT_EQ(timeEndPeriod(caps.wPeriodMin), TIMERR_NOERROR);
     EXPECT_EQ(timeBeginPeriod(caps.wPeriodMax + 1), TIMERR_NOCANDO);
     EXPECT_EQ(timeSetEvent(0, 0, SlowTick, 0, TIME_PERIODIC), 0U);
     EXPECT_EQ(timeSetEvent(5, 0, nullptr, 0, TIME_PERIODIC), 0U);
+}
+
+TEST(TimeGetTime, CountsMillisecondsFromTwoMinutesBeforeTheStart) {
+    const DWORD dwFirst = timeGetTime();
+    EXPECT_TRUE(dwFirst >= 120000 && dwFirst < 150000) << dwFirst;
+    std::this_thread::sleep_for(40ms);
+    EXPECT_TRUE(timeGetTime() >= dwFirst + 39 && timeGetTime() < dwFirst + 5000);
 }
 
 }  // namespace

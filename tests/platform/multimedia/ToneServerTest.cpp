@@ -13,6 +13,7 @@
 #include <cmath>
 #include <complex>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <memory>
@@ -53,31 +54,32 @@ class ToneServer : public testing::Test {
 protected:
     void SetUp() override { SetMidiOutBackend(nullptr); }
     void TearDown() override {
-        m_recorder.End();
         m_pPlayer.reset();
         SetMidiOutBackend(nullptr);
     }
 
     // A player whose synthesizer is loaded: the thread that does so has ended.
-    void StartPlayer() {
+    void StartPlayer(const std::string& strServer = "pulse") {
+        ASSERT_TRUE(m_server.Start(strServer));
         const auto nThreads = Held::Now().nThreads;
         m_pPlayer = std::make_unique<CTonePlayer>();
         for (int i = 0; i < 1000 && Held::Now().nThreads > nThreads; ++i) {
             std::this_thread::sleep_for(10ms);
         }
     }
-    void StartRecording() {
-        m_file = m_directory.GetPath() / "tone.raw";
-        ASSERT_TRUE(
-            m_recorder.Start({"parecord", "--raw", "--rate=48000", "--channels=1", "--format=float32le",
-                              "--latency-msec=20", "-d", "ref_out.monitor", m_file.string()},
-                             {}, m_directory.GetPath(), m_directory.GetPath() / "recorder.log"));
+    // Hears what is played, and for as long as that takes.
+    template <class Action>
+    void Record(Action play) {
+        const auto file = m_directory.GetPath() / "tone.raw";
+        CChildProcess recorder;
+        ASSERT_TRUE(recorder.Start({"parecord", "--raw", "--rate=48000", "--channels=1", "--format=float32le",
+                                    "--latency-msec=20", "-d", "ref_out.monitor", file.string()},
+                                   {}, m_directory.GetPath(), m_directory.GetPath() / "recorder.log"));
         std::this_thread::sleep_for(500ms);
-    }
-    void StopRecording() {
+        play();
         std::this_thread::sleep_for(100ms);
-        m_recorder.End();
-        std::ifstream stream(m_file, std::ios::binary);
+        recorder.End();
+        std::ifstream stream(file, std::ios::binary);
         const std::vector<char> bytes{std::istreambuf_iterator<char>(stream), {}};
         m_samples.resize(bytes.size() / sizeof(float));
         std::copy_n(bytes.data(), m_samples.size() * sizeof(float),
@@ -86,6 +88,16 @@ protected:
             std::find_if(m_samples.begin(), m_samples.end(), [](float f) { return std::fabs(f) > 0.003F; });
         ASSERT_NE(first, m_samples.end()) << "nothing was heard";
         m_fOnset = static_cast<double>(first - m_samples.begin()) / RATE;
+    }
+    void RecordKeys(const std::vector<int>& keys) {
+        Record([&] {
+            const auto start = std::chrono::steady_clock::now();
+            for (std::size_t i = 0; i < keys.size(); ++i) {
+                std::this_thread::sleep_until(start + SLOT * i);
+                m_pPlayer->PlayString(keys[i], 127);
+            }
+            std::this_thread::sleep_for(SLOT);
+        });
     }
     // Seconds from the first sound on.
     std::vector<float> Stretch(double fFrom, double fTo) const {
@@ -98,10 +110,9 @@ protected:
     double CentsFrom(double fFrequency, double fFrom, double fTo) const {
         return 1200.0 * std::log2(MeasurePitch(Stretch(fFrom, fTo), RATE, fFrequency) / fFrequency);
     }
-    double LevelAt(double fFrom, double fTo) const {
+    float PeakAt(double fFrom, double fTo) const {
         const auto sound = Stretch(fFrom, fTo);
-        return std::sqrt(std::inner_product(sound.begin(), sound.end(), sound.begin(), 0.0) /
-                         static_cast<double>(sound.size()));
+        return sound.empty() ? -1.0F : *std::max_element(sound.begin(), sound.end());
     }
     // How much of a frequency there is in 50 ms around a time.
     double AmountOf(double fFrequency, double fTime) const {
@@ -119,92 +130,59 @@ protected:
     void CheckKeys(std::vector<int> keys, float fA) {
         m_pPlayer->SetAFrequency(fA);
         for (int nTry = 0; nTry < 3 && !keys.empty(); ++nTry) {
-            ASSERT_NO_FATAL_FAILURE(PlayKeys(keys));
-            keys = WrongOnes(keys, fA);
+            ASSERT_NO_FATAL_FAILURE(RecordKeys(keys));
+            std::vector<int> wrong;
+            double fWorst = 0.0;
+            for (std::size_t i = 0; i < keys.size(); ++i) {
+                const double fStart = std::chrono::duration<double>(SLOT * i).count();
+                const double fWanted =
+                    FrequencyOf(keys[i]) * static_cast<double>(fA) / 440.0 * std::exp2(EXTRA_CENTS / 1200.0);
+                const double fWhole = std::fabs(CentsFrom(fWanted, fStart + 0.07, fStart + 0.74));
+                const double fLater = std::fabs(CentsFrom(fWanted, fStart + 0.4, fStart + 0.74));
+                if (std::max(fWhole, fLater) > 0.5) {
+                    wrong.push_back(keys[i]);
+                } else {
+                    fWorst = std::max(fWorst, fWhole);
+                }
+            }
+            std::printf("%zu keys at %.0f Hz: %zu right, the worst of them off by %.3f cents\n", keys.size(),
+                        static_cast<double>(fA), keys.size() - wrong.size(), fWorst);
+            keys = std::move(wrong);
         }
         EXPECT_THAT(keys, testing::IsEmpty());
-    }
-    void PlayKeys(const std::vector<int>& keys) {
-        StartRecording();
-        const auto start = std::chrono::steady_clock::now();
-        for (std::size_t i = 0; i < keys.size(); ++i) {
-            std::this_thread::sleep_until(start + SLOT * i);
-            m_pPlayer->PlayString(keys[i], 127);
-        }
-        std::this_thread::sleep_for(SLOT);
-        StopRecording();
-    }
-    std::vector<int> WrongOnes(const std::vector<int>& keys, float fA) const {
-        std::vector<int> wrong;
-        double fWorst = 0.0;
-        for (std::size_t i = 0; i < keys.size(); ++i) {
-            const double fStart = std::chrono::duration<double>(SLOT * i).count();
-            const double fWanted =
-                FrequencyOf(keys[i]) * static_cast<double>(fA) / 440.0 * std::exp2(EXTRA_CENTS / 1200.0);
-            const double fWhole = CentsFrom(fWanted, fStart + 0.07, fStart + 0.74);
-            const double fLater = CentsFrom(fWanted, fStart + 0.4, fStart + 0.74);
-            if (std::max(std::fabs(fWhole), std::fabs(fLater)) > 0.5) {
-                std::printf("key %d: %+.3f cents, later %+.3f\n", keys[i], fWhole, fLater);
-                wrong.push_back(keys[i]);
-            } else {
-                fWorst = std::max(fWorst, std::fabs(fWhole));
-            }
-        }
-        std::printf("%zu keys at %.0f Hz: %zu right, the worst of them off by %.3f cents\n", keys.size(),
-                    static_cast<double>(fA), keys.size() - wrong.size(), fWorst);
-        return wrong;
     }
 
     CPrivateSoundServer m_server;
     CTemporaryDirectory m_directory;
-    CChildProcess m_recorder;
     std::unique_ptr<CTonePlayer> m_pPlayer;
-    std::filesystem::path m_file;
     std::vector<float> m_samples;
     double m_fOnset = 0.0;
 };
 
 TEST_F(ToneServer, AllThirtySixNotesAreHeardAtTheirPitch) {
-    ASSERT_TRUE(m_server.Start("pulse"));
-    StartPlayer();
+    ASSERT_NO_FATAL_FAILURE(StartPlayer());
     std::vector<int> keys(36);
     std::iota(keys.begin(), keys.end(), 36);
     CheckKeys(keys, 440.0F);
 }
 
 TEST_F(ToneServer, NotesFollowTheFrequencyOfA) {
-    ASSERT_TRUE(m_server.Start("pulse"));
-    StartPlayer();
+    ASSERT_NO_FATAL_FAILURE(StartPlayer());
     CheckKeys({36, 45, 59, 71}, 430.0F);
     CheckKeys({36, 45, 59, 71}, 450.0F);
 }
 
 TEST_F(ToneServer, PipeWireSoundsAlike) {
-    ASSERT_TRUE(m_server.Start("pipewire"));
-    StartPlayer();
+    ASSERT_NO_FATAL_FAILURE(StartPlayer("pipewire"));
     CheckKeys({40, 64}, 440.0F);
 }
 
-TEST_F(ToneServer, ANoteLastsEightHundredMilliseconds) {
-    ASSERT_TRUE(m_server.Start("pulse"));
-    StartPlayer();
-    StartRecording();
-    m_pPlayer->PlayString(52, 127);
-    std::this_thread::sleep_for(1300ms);
-    StopRecording();
-    // Let go, it dies away by 8 dB in 50 ms.
-    EXPECT_GT(LevelAt(0.76, 0.79), 0.7 * LevelAt(0.66, 0.69));
-    EXPECT_LT(LevelAt(0.86, 0.89), 0.6 * LevelAt(0.76, 0.79));
-    EXPECT_LT(LevelAt(1.2, 1.25), 0.005 * LevelAt(0.76, 0.79));
-}
-
 TEST_F(ToneServer, TheRunIsSixNotesEachInItsPlace) {
-    ASSERT_TRUE(m_server.Start("pulse"));
-    StartPlayer();
-    StartRecording();
-    m_pPlayer->PlayAllStrings(41, 46, 51, 56, 60, 65, 127);
-    std::this_thread::sleep_for(1600ms);
-    StopRecording();
+    ASSERT_NO_FATAL_FAILURE(StartPlayer());
+    ASSERT_NO_FATAL_FAILURE(Record([this] {
+        m_pPlayer->PlayAllStrings(41, 46, 51, 56, 60, 65, 127);
+        std::this_thread::sleep_for(1600ms);
+    }));
     const std::vector<int> keys{40, 45, 50, 55, 59, 64};
     for (std::size_t i = 0; i < keys.size(); ++i) {
         const double fStart = 0.18 * static_cast<double>(i);
@@ -217,22 +195,26 @@ TEST_F(ToneServer, TheRunIsSixNotesEachInItsPlace) {
     }
 }
 
-TEST_F(ToneServer, ClosingEndsTheSoundAtOnce) {
-    ASSERT_TRUE(m_server.Start("pulse"));
-    StartPlayer();
-    StartRecording();
-    m_pPlayer->PlayString(40, 127);
-    std::this_thread::sleep_for(400ms);
-    m_pPlayer.reset();
-    std::this_thread::sleep_for(500ms);
-    StopRecording();
-    EXPECT_GT(LevelAt(0.2, 0.3), 0.01);
-    EXPECT_EQ(LevelAt(0.6, 0.8), 0.0);
+// A note lasts 800 ms, then dies away by 8 dB in 50 ms; closing ends it at once.
+TEST_F(ToneServer, ANoteEndsAfterItsTimeAndAtOnceWithItsPlayer) {
+    ASSERT_NO_FATAL_FAILURE(StartPlayer());
+    ASSERT_NO_FATAL_FAILURE(Record([this] {
+        m_pPlayer->PlayString(52, 127);
+        std::this_thread::sleep_for(1500ms);
+        m_pPlayer->PlayString(40, 127);
+        std::this_thread::sleep_for(400ms);
+        m_pPlayer.reset();
+        std::this_thread::sleep_for(500ms);
+    }));
+    EXPECT_GT(PeakAt(0.76, 0.79), 0.7F * PeakAt(0.66, 0.69));
+    EXPECT_LT(PeakAt(0.86, 0.89), 0.6F * PeakAt(0.76, 0.79));
+    EXPECT_LT(PeakAt(1.2, 1.25), 0.01F * PeakAt(0.76, 0.79));
+    EXPECT_GT(PeakAt(1.7, 1.8), 0.01F);
+    EXPECT_EQ(PeakAt(2.1, 2.3), 0.0F);
 }
 
 TEST_F(ToneServer, AHundredPlaysInQuickSuccessionLeaveNothing) {
-    ASSERT_TRUE(m_server.Start("pulse"));
-    StartPlayer();
+    ASSERT_NO_FATAL_FAILURE(StartPlayer());
     const auto play = [this](int nTimes) {
         for (int i = 0; i < nTimes; ++i) {
             if (i % 2 == 0) {
@@ -253,79 +235,57 @@ TEST_F(ToneServer, AHundredPlaysInQuickSuccessionLeaveNothing) {
 #ifndef __SANITIZE_ADDRESS__  // which keeps what is freed for a while, and looks for leaks itself
     EXPECT_LT(after.nPages, before.nPages + 256);
 #endif
-    StartRecording();
-    m_pPlayer->PlayString(50, 127);
-    std::this_thread::sleep_for(SLOT);
-    StopRecording();
-    EXPECT_NEAR(CentsFrom(FrequencyOf(50), 0.07, 0.74), EXTRA_CENTS, 0.5);
+    CheckKeys({50}, 440.0F);
 }
 
 TEST_F(ToneServer, ATonePlayedWhileTheSynthesizerIsLoadedSoundsAndTheNextTakesItsPlace) {
     ASSERT_TRUE(m_server.Start("pulse"));
-    StartRecording();
-    CTonePlayer player;
-    player.PlayString(40, 127);
-    std::this_thread::sleep_for(700ms);
-    player.PlayString(57, 127);
-    std::this_thread::sleep_for(700ms);
-    StopRecording();
+    ASSERT_NO_FATAL_FAILURE(Record([this] {
+        m_pPlayer = std::make_unique<CTonePlayer>();
+        m_pPlayer->PlayString(40, 127);
+        std::this_thread::sleep_for(700ms);
+        m_pPlayer->PlayString(57, 127);
+        std::this_thread::sleep_for(700ms);
+    }));
     EXPECT_GT(AmountOf(FrequencyOf(40), 0.1), 3.0 * AmountOf(FrequencyOf(57), 0.1));
     const double fLate = static_cast<double>(m_samples.size()) / RATE - m_fOnset - 0.3;
     EXPECT_GT(AmountOf(FrequencyOf(57), fLate), 20.0 * AmountOf(FrequencyOf(40), fLate));
 }
 
 TEST_F(ToneServer, AServerThatDiesDuringAToneAndReturnsSoundsAgain) {
-    ASSERT_TRUE(m_server.Start("pulse"));
-    StartPlayer();
+    ASSERT_NO_FATAL_FAILURE(StartPlayer());
     m_pPlayer->PlayString(40, 127);
     std::this_thread::sleep_for(300ms);
     m_server.Kill();
     std::this_thread::sleep_for(100ms);
     m_pPlayer->PlayString(40, 127);
     ASSERT_TRUE(m_server.Start("pulse"));
-    StartRecording();
-    m_pPlayer->PlayString(45, 127);
-    std::this_thread::sleep_for(SLOT);
-    StopRecording();
-    EXPECT_NEAR(CentsFrom(FrequencyOf(45), 0.07, 0.74), EXTRA_CENTS, 0.5);
+    CheckKeys({45}, 440.0F);
 }
 
-TEST_F(ToneServer, WithoutASoundFontThereIsSilenceAndNothingIsPrinted) {
+TEST_F(ToneServer, WithoutServerOrSoundFontOrWithAFrozenServerNothingHangsAndNothingIsPrinted) {
     testing::internal::CaptureStderr();
+    const auto play = [] {
+        CTonePlayer player;
+        for (int i = 0; i < 3; ++i) {
+            player.PlayString(40, 127);
+            std::this_thread::sleep_for(50ms);
+        }
+    };
+    m_server.PretendThereIsNone();
+    play();
     ASSERT_TRUE(m_server.Start("pulse"));
+    m_server.Freeze();
+    play();
+    m_server.Thaw();
     SetMidiOutBackend(MakeBuiltInSynthesizer({m_directory.GetPath() / "nowhere.sf2"}));
-    CTonePlayer player;
-    for (int i = 0; i < 3; ++i) {
-        player.PlayString(40, 127);
-        std::this_thread::sleep_for(50ms);
-    }
+    play();
     HMIDIOUT hMidiOut = 0;
     EXPECT_EQ(midiOutOpen(hMidiOut, 0, 0, 0, 0), MMSYSERR_NODRIVER);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST_F(ToneServer, WithoutAServerOrWithAFrozenOneNothingHangsAndNothingIsPrinted) {
-    testing::internal::CaptureStderr();
-    m_server.PretendThereIsNone();
-    {
-        CTonePlayer player;
-        player.PlayString(40, 127);
-        std::this_thread::sleep_for(50ms);
-    }
-    ASSERT_TRUE(m_server.Start("pulse"));
-    m_server.Freeze();
-    {
-        CTonePlayer player;
-        player.PlayString(40, 127);
-        std::this_thread::sleep_for(50ms);
-        player.PlayString(45, 127);
-    }
-    m_server.Thaw();
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-}
-
-TEST_F(ToneServer, DeviceZeroIsASynthesizer) {
-    EXPECT_GE(midiOutGetNumDevs(), 1U);
+TEST_F(ToneServer, DeviceZeroIsASynthesizerThatIsOpenOnce) {
     MIDIOUTCAPS caps;
     ASSERT_EQ(midiOutGetDevCapsA(0, caps), MMSYSERR_NOERROR);
     EXPECT_EQ(caps.wTechnology, MOD_SYNTH);
@@ -333,10 +293,6 @@ TEST_F(ToneServer, DeviceZeroIsASynthesizer) {
     EXPECT_EQ(caps.wTechnology, MOD_MAPPER);
     HMIDIOUT hMidiOut = 0;
     ASSERT_EQ(midiOutOpen(hMidiOut, 0, 0, 0, 0), MMSYSERR_NOERROR);
-    DWORD dwVolume = 0;
-    EXPECT_EQ(midiOutSetVolume(hMidiOut, 0x40008000), MMSYSERR_NOERROR);
-    EXPECT_EQ(midiOutGetVolume(hMidiOut, dwVolume), MMSYSERR_NOERROR);
-    EXPECT_EQ(dwVolume, 0x40008000U);
     EXPECT_NE(midiOutShortMsg(hMidiOut, 0x00F8B0), MMSYSERR_NOERROR);
     HMIDIOUT hSecond = 0;
     EXPECT_NE(midiOutOpen(hSecond, 0, 0, 0, 0), MMSYSERR_NOERROR);

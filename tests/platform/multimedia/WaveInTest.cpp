@@ -90,17 +90,6 @@ TEST_F(WaveIn, BuffersComeBackFullAndInOrderThenTheRestOnReset) {
     EXPECT_EQ(m_fake->GetOpenCount(), 0);
 }
 
-TEST_F(WaveIn, CloseGivesBackWhatIsStillQueued) {
-    ASSERT_EQ(Open(), MMSYSERR_NOERROR);
-    Buffer buffer(8);
-    waveInPrepareHeader(m_hWaveIn, buffer, HEADER_SIZE);
-    waveInAddBuffer(m_hWaveIn, buffer, HEADER_SIZE);
-    waveInClose(m_hWaveIn);
-    EXPECT_THAT(m_events,
-                ElementsAre(Event{m_hWaveIn, MM_WIM_OPEN, 0}, Event{m_hWaveIn, MM_WIM_DATA, Address(buffer)},
-                            Event{m_hWaveIn, MM_WIM_CLOSE, 0}));
-}
-
 TEST_F(WaveIn, RefusalsLeaveNoHandle) {
     m_fake->SetDevices({{.strName = "A", .refusedRates = {11025}}});
     EXPECT_EQ(Open(0, 11025), WAVERR_BADFORMAT);

@@ -1,15 +1,17 @@
+#include "platform/windows/Button.h"
+#include "platform/windows/ClientDc.h"
+#include "platform/windows/DataExchange.h"
 #include "platform/windows/Dialog.h"
 #include "platform/windows/MessageBox.h"
+#include "platform/windows/Slider.h"
 #include "platform/windows/support/RecordingWnd.h"
 #include "platform/windows/support/Toolkit.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
 #include <functional>
-#include <string>
-#include <vector>
+#include <utility>
 
 namespace {
 
@@ -61,27 +63,29 @@ int RunWith(CTestDialog& dialog, const std::function<void()>& fnAction) {
 
 TEST(Dialog, EachWayOutGivesItsResult) {
     CTestDialog dialog;
-    const auto edit = [&dialog]() -> CWnd& { return *dialog.GetDlgItem(1001); };
-    EXPECT_EQ(RunWith(dialog, [&] { toolkit::Click(*dialog.GetDlgItem(IDOK), {5, 5}); }), IDOK);
-    EXPECT_EQ(RunWith(dialog, [&] { toolkit::Click(*dialog.GetDlgItem(IDCANCEL), {5, 5}); }), IDCANCEL);
-    EXPECT_EQ(RunWith(dialog, [&] { toolkit::Key(edit(), g_nReturn, "\r"); }), IDOK);
-    EXPECT_EQ(RunWith(dialog, [&] { toolkit::Key(edit(), g_nEscape, "\x1b"); }), IDCANCEL);
-    EXPECT_EQ(RunWith(dialog, [&] { toolkit::CloseBox(dialog); }), IDCANCEL);
-    EXPECT_EQ(RunWith(dialog, [&] { dialog.EndDialog(77); }), 77);
-    EXPECT_FALSE(dialog.IsWindow());
-    EXPECT_EQ(dialog.GetDlgItem(1001), nullptr);
-    EXPECT_EQ(dialog.GetDlgItemText(1001), "");
-}
-
-TEST(Dialog, MayRefuseToCloseOrEndBeforeItShows) {
-    CTestDialog dialog;
+    const auto click = [&dialog](int nId) { toolkit::Click(*dialog.GetDlgItem(nId), {5, 5}); };
+    const auto type = [&dialog](int nKey, const char* szText) {
+        toolkit::Key(*dialog.GetDlgItem(1001), nKey, szText);
+    };
+    const std::pair<std::function<void()>, int> ways[] = {{[&] { click(IDOK); }, IDOK},
+                                                          {[&] { click(IDCANCEL); }, IDCANCEL},
+                                                          {[&] { type(g_nReturn, "\r"); }, IDOK},
+                                                          {[&] { type(g_nEscape, "\x1b"); }, IDCANCEL},
+                                                          {[&] { toolkit::CloseBox(dialog); }, IDCANCEL},
+                                                          {[&] { dialog.EndDialog(77); }, 77}};
+    for (const auto& [fnWay, nResult] : ways) {
+        EXPECT_EQ(RunWith(dialog, fnWay), nResult);
+        EXPECT_FALSE(dialog.IsWindow());
+        EXPECT_EQ(dialog.GetDlgItem(1001), nullptr);
+    }
+    // It may refuse to close, or end before it shows.
     int nRefused = 0;
     dialog.m_fnOK = [&nRefused] { ++nRefused; };
     EXPECT_EQ(RunWith(dialog,
                       [&] {
-                          toolkit::Click(*dialog.GetDlgItem(IDOK), {5, 5});
+                          click(IDOK);
                           EXPECT_TRUE(dialog.IsWindowVisible());
-                          toolkit::Click(*dialog.GetDlgItem(IDCANCEL), {5, 5});
+                          click(IDCANCEL);
                       }),
               IDCANCEL);
     EXPECT_EQ(nRefused, 1);
@@ -112,53 +116,153 @@ TEST(Dialog, UnitsFollowTheFontAndNoTextIsCut) {
     });
 }
 
-// The owner's window goes while a dialog is open over it, by a signal for instance: nothing may be left
-// hanging.
+// The owner's window goes while a dialog or a box is open over it, or a box over a dialog, by a signal for
+// instance: nothing may be left hanging.
 TEST(Dialog, GoesWithItsOwner) {
-    std::vector<std::string> log;
+    Log log;
     CRecordingWnd owner(log);
-    ASSERT_TRUE(owner.Open(200, 200));
-    owner.ShowWindow(SW_SHOW);
-    CTestDialog dialog(&owner);
-    EXPECT_EQ(RunWith(dialog,
-                      [&] {
-                          EXPECT_EQ(toolkit::ModalTitle(), "标题");
-                          owner.DestroyWindow();
-                          EXPECT_FALSE(dialog.IsWindow());
-                      }),
-              IDCANCEL);
-    EXPECT_EQ(toolkit::ModalTitle(), "");
-    EXPECT_EQ(log.back(), "gone");
-    // And one over a dialog over an owner.
-    ASSERT_TRUE(owner.Open(200, 200));
-    owner.ShowWindow(SW_SHOW);
-    int nInner = 0;
-    EXPECT_EQ(RunWith(dialog,
-                      [&] {
-                          toolkit::Later([&] { owner.DestroyWindow(); });
-                          nInner = MessageBox(&dialog, "text", "caption", MB_ICONEXCLAMATION);
-                      }),
-              IDCANCEL);
-    EXPECT_EQ(nInner, IDOK);
-    EXPECT_EQ(toolkit::ModalTitle(), "");
+    const auto box = [](CWnd* pOwner) { return MessageBox(pOwner, "text", "caption", MB_ICONEXCLAMATION); };
+    for (const bool bDialog : {false, true}) {
+        for (const bool bBox : {false, true}) {
+            ASSERT_TRUE(owner.Open(200, 200));
+            owner.ShowWindow(SW_SHOW);
+            CTestDialog dialog(&owner);
+            const auto destroy = [&owner] { owner.DestroyWindow(); };
+            if (!bDialog) {
+                toolkit::Later(destroy);
+                EXPECT_EQ(box(&owner), IDOK);
+            } else {
+                EXPECT_EQ(RunWith(dialog,
+                                  [&] {
+                                      EXPECT_EQ(toolkit::ModalTitle(), "标题");
+                                      toolkit::Later(destroy);
+                                      EXPECT_TRUE(!bBox || box(&dialog) == IDOK);
+                                  }),
+                          IDCANCEL);
+            }
+            EXPECT_FALSE(dialog.IsWindow());
+            EXPECT_EQ(toolkit::ModalTitle(), "");
+            EXPECT_EQ(log.back(), "gone");
+        }
+    }
 }
 
-TEST(MessageBoxes, ShowTheirTextAndEndByButtonKeyOrOwner) {
-    std::vector<std::string> log;
-    CRecordingWnd owner(log);
-    ASSERT_TRUE(owner.Open(200, 200));
-    owner.ShowWindow(SW_SHOW);
+TEST(MessageBoxes, ShowTheirText) {
     toolkit::Later([] {
         EXPECT_EQ(toolkit::ModalTitle(), "Invalid Number");
         EXPECT_EQ(toolkit::ModalText(), "Please enter <a number> & more");
         toolkit::CloseModal();
     });
-    EXPECT_EQ(MessageBox(&owner, "Please enter <a number> & more", "Invalid Number", MB_ICONEXCLAMATION),
+    EXPECT_EQ(MessageBox(nullptr, "Please enter <a number> & more", "Invalid Number", MB_ICONEXCLAMATION),
               IDOK);
-    toolkit::Later([&owner] { owner.DestroyWindow(); });
-    EXPECT_EQ(MessageBox(&owner, "text", "caption", MB_OK), IDOK);
-    toolkit::Later([] { toolkit::CloseModal(); });
-    EXPECT_EQ(MessageBox(nullptr, "text", "caption", MB_OK), IDOK);
+}
+
+// --- Controls bound to members ----------------------------------------------------------------------------
+
+constexpr int g_nSlider = 21;
+constexpr int g_nSwatch = 22;
+
+constexpr std::array g_pageControls{
+    DialogControl{DialogControlKind::Static, g_nSwatch, "1", 10, 10, 20, 20, WS_BORDER | SS_SUNKEN},
+    DialogControl{DialogControlKind::Slider, g_nSlider, "", 10, 40, 80, 19},
+};
+constexpr DialogTemplate g_pageTemplate{9, "page", 100, 90, g_pageControls};
+
+class CPage : public CDialog {
+public:
+    CPage() : CDialog(g_pageTemplate) {}
+    using CDialog::CreatePage;
+
+    Log m_log;
+    CSliderCtrl m_slider;
+    CButton m_swatch;  // a button on a label: a label still
+    int m_nSwatchId = g_nSwatch;
+
+protected:
+    const CMessageMap& GetMessageMap() const override {
+        static constexpr std::array entries{MapMessage<&CPage::OnLButtonDown>(WM_LBUTTONDOWN),
+                                            MapMessage<&CPage::OnPaint>(WM_PAINT)};
+        static const CMessageMap map{entries, &CDialog::GetMessageMap()};
+        return map;
+    }
+    void DoDataExchange(CDataExchange* pDX) override {
+        DDX_Control(pDX, g_nSlider, m_slider);
+        DDX_Control(pDX, m_nSwatchId, m_swatch);
+    }
+
+private:
+    void OnLButtonDown(UINT /*nFlags*/, POINT pt) {
+        RECT rc = m_swatch.GetWindowRect();
+        ClientToScreen(pt);
+        m_log.emplace_back(PtInRect(rc, pt) ? "down on swatch" : "down");
+    }
+    void OnPaint() {
+        Default();
+        m_log.emplace_back("paint");
+    }
+};
+
+TEST(DialogControls, AreBoundToMembersOrTheDialogEnds) {
+    CPage dialog;
+    toolkit::Later([&dialog] {
+        CSliderCtrl& slider = dialog.m_slider;
+        EXPECT_EQ(dialog.GetDlgItem(g_nSlider), &slider);
+        // It stays in its range and moves by pages, a fifth of it.
+        slider.SetRange(-20, 30);
+        for (const int nPos : {99, -99}) {
+            slider.SetPos(nPos);
+            EXPECT_EQ(slider.GetPos(), nPos > 0 ? 30 : -20);
+        }
+        const RECT rc = slider.GetClientRect();
+        toolkit::Click(slider, {rc.right * 3 / 4, rc.bottom / 3});
+        EXPECT_EQ(slider.GetPos(), -10);
+        dialog.EndDialog(IDOK);
+    });
+    EXPECT_EQ(dialog.DoModal(), IDOK);
+    dialog.m_nSwatchId = 99;
+    EXPECT_EQ(dialog.DoModal(), -1);
+    EXPECT_FALSE(dialog.m_slider.IsWindow()) << "what was bound goes with the window";
+}
+
+TEST(DialogControls, APageLivesInItsSheetAndItsLabelsShowWhatIsDrawnOnThem) {
+    Log log;
+    CRecordingWnd sheet(log);
+    ASSERT_TRUE(sheet.Open(300, 250));
+    CPage page;
+    EXPECT_FALSE(page.CreatePage(nullptr));
+    ASSERT_TRUE(page.CreatePage(&sheet));
+    const RECT rcClient = page.m_swatch.GetClientRect();
+    EXPECT_EQ(page.m_swatch.GetWindowRect().Width(), rcClient.Width() + 4)
+        << "a sunken frame with a border is two pixels wide";
+    page.ShowWindow(SW_SHOW);
+    sheet.ShowWindow(SW_SHOW);
+    POINT ptOrigin;
+    page.m_swatch.ClientToScreen(ptOrigin);
+    sheet.ScreenToClient(ptOrigin);
+    const auto shown = [&](int x, int y) {
+        const toolkit::Screenshot shot = toolkit::GrabScreen(sheet);
+        return shot.pixels.empty() ? 0 : shot.At(ptOrigin.x + x, ptOrigin.y + y);
+    };
+    for (const auto& [clr, nShown] : {std::pair{0xA00000U, 0xFF0000A0U}, {0x0000FFU, 0xFFFF0000U}}) {
+        CClientDC dc(&page.m_swatch);
+        dc.FillSolidRect(rcClient, clr);
+        EXPECT_TRUE(toolkit::WaitUntil([&shown, nShown = nShown] { return shown(0, 0) == nShown; }));
+        EXPECT_EQ(shown(rcClient.right - 1, rcClient.bottom - 1), nShown);
+        EXPECT_NE(shown(-1, -1), nShown);
+        EXPECT_NE(shown(rcClient.right, rcClient.bottom), nShown);
+    }
+    EXPECT_EQ(page.m_log.back(), "paint");
+    page.m_log.clear();
+    toolkit::RunFor(50);
+    EXPECT_TRUE(page.m_log.empty()) << "no paint brings on the next";
+    page.InvalidateRect(nullptr, false);
+    EXPECT_TRUE(toolkit::WaitUntil([&] { return !page.m_log.empty(); }));
+    toolkit::ClickInto(sheet, ptOrigin);
+    toolkit::ClickInto(sheet, {ptOrigin.x - 5, ptOrigin.y});
+    EXPECT_EQ(page.m_log, (Log{"paint", "down on swatch", "down"}));
+    sheet.DestroyWindow();
+    EXPECT_FALSE(page.IsWindow());
+    EXPECT_FALSE(page.m_swatch.IsWindow());
 }
 
 }  // namespace

@@ -7,8 +7,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
+#include <initializer_list>
+#include <utility>
 
 namespace {
 
@@ -29,74 +29,64 @@ protected:
         toolkit::RunPending();
         m_log.clear();
     }
-    // What the owner was told; a paint may come at any time.
-    std::vector<std::string> Reports() {
-        std::erase(m_log, "paint");
-        return m_log;
-    }
-    std::vector<std::string> Rows() {
-        std::vector<std::string> rows;
-        for (int i = 0; i < m_list.GetCount(); ++i) {
-            rows.push_back(m_list.GetText(i));
+    void Fill(std::initializer_list<const char*> rows) {
+        while (m_list.GetCount() > 0) {
+            m_list.DeleteString(0);
         }
-        return rows;
+        for (const char* szRow : rows) {
+            m_list.AddString(szRow);
+        }
+    }
+    // What the owner was told since it was asked last; a paint may come at any time.
+    Log Reports() {
+        std::erase(m_log, "paint");
+        return std::exchange(m_log, {});
     }
 
-    std::vector<std::string> m_log;
+    Log m_log;
     CRecordingWnd m_wnd{m_log};
     CListBox m_list;
 };
 
 TEST_F(ListBox, RowsGoInWhereTheyAreToldAndTheSelectionStaysOnItsRow) {
-    EXPECT_EQ(m_list.GetCurSel(), LB_ERR);
-    EXPECT_EQ(m_list.AddString("Standard E"), 0);
-    EXPECT_EQ(m_list.AddString("降半音 ♭"), 1);
+    Fill({"Standard E", "降半音 ♭"});
     EXPECT_EQ(m_list.InsertString(1, "A & B"), 1);
     EXPECT_EQ(m_list.InsertString(-1, "last"), 3);
     EXPECT_EQ(m_list.InsertString(9, "nowhere"), LB_ERR);
-    EXPECT_THAT(Rows(), ElementsAre("Standard E", "A & B", "降半音 ♭", "last"));
+    EXPECT_EQ(m_list.GetText(1) + "|" + m_list.GetText(2) + "|" + m_list.GetText(3), "A & B|降半音 ♭|last");
+    EXPECT_EQ(m_list.GetText(4), "");
+    EXPECT_EQ(m_list.GetCurSel(), LB_ERR);
     EXPECT_EQ(m_list.SetCurSel(2), 2);
     EXPECT_EQ(m_list.InsertString(0, "first"), 0);
     EXPECT_EQ(m_list.GetCurSel(), 3);
     EXPECT_EQ(m_list.DeleteString(0), 4);
-    EXPECT_EQ(m_list.GetCurSel(), 2);
     EXPECT_EQ(m_list.DeleteString(3), 3);
     EXPECT_EQ(m_list.GetCurSel(), 2);
     EXPECT_EQ(m_list.DeleteString(3), LB_ERR);
     EXPECT_EQ(m_list.DeleteString(-1), LB_ERR);
     EXPECT_EQ(m_list.SetCurSel(3), LB_ERR);
-    EXPECT_EQ(m_list.GetText(7), "");
-    EXPECT_EQ(m_list.SendMessage(LB_GETCOUNT), 3);
-}
-
-TEST_F(ListBox, ADeletedSelectionLeavesNoneWhereverItStood) {
+    // A deleted selection leaves none wherever it stood.
     for (const int nSelected : {0, 1, 2}) {
-        while (m_list.GetCount() > 0) {
-            m_list.DeleteString(0);
-        }
-        for (const char* szRow : {"a", "b", "c"}) {
-            m_list.AddString(szRow);
-        }
+        Fill({"a", "b", "c"});
         m_list.SetCurSel(nSelected);
         m_list.DeleteString(nSelected);
         EXPECT_EQ(m_list.GetCurSel(), LB_ERR) << nSelected;
     }
-    // Nothing of this was the user.
-    EXPECT_THAT(Reports(), IsEmpty());
+    EXPECT_THAT(Reports(), IsEmpty()) << "nothing of this was the user";
 }
 
 TEST_F(ListBox, FindsAPrefixInAnyCaseFromBehindTheStartRound) {
-    for (const char* szRow : {"User Defined Tuning", "Drop D", "user defined tuning 2", "drop d"}) {
-        m_list.AddString(szRow);
+    struct Case {
+        int nStart;
+        const char* szPrefix;
+        int nFound;
+    };
+    Fill({"User Defined Tuning", "Drop D", "user defined tuning 2", "drop d"});
+    for (const Case& test : {Case{0, "User Defined Tuning", 2}, Case{-1, "User Defined Tuning", 0},
+                             Case{2, "USER", 0}, Case{3, "drop", 1}, Case{0, "Defined", LB_ERR},
+                             Case{0, "User Defined Tuning 2", 2}, Case{2, "user defined tuning 2", 2}}) {
+        EXPECT_EQ(m_list.FindString(test.nStart, test.szPrefix), test.nFound) << test.szPrefix;
     }
-    EXPECT_EQ(m_list.FindString(0, "User Defined Tuning"), 2);
-    EXPECT_EQ(m_list.FindString(-1, "User Defined Tuning"), 0);
-    EXPECT_EQ(m_list.FindString(2, "USER"), 0);
-    EXPECT_EQ(m_list.FindString(3, "drop"), 1);
-    EXPECT_EQ(m_list.FindString(0, "Defined"), LB_ERR);
-    m_list.DeleteString(2);
-    // The row that the search begins behind is looked at last.
-    EXPECT_EQ(m_list.FindString(0, "user defined"), 0);
 }
 
 TEST_F(ListBox, ShowsWholeRowsInTheHeightThatItHas) {
@@ -121,9 +111,9 @@ TEST_F(ListBox, OnlyTheUserIsReported) {
     }
     m_list.SetFocus();
     toolkit::RunPending();
-    m_list.SetCurSel(3);
-    m_list.SetCurSel(-1);
-    m_list.SetCurSel(0);
+    for (const int nRow : {3, -1, 0}) {
+        m_list.SetCurSel(nRow);
+    }
     EXPECT_THAT(Reports(), IsEmpty());
     toolkit::Key(m_list, g_nDown);
     EXPECT_EQ(m_list.GetCurSel(), 1);
@@ -131,81 +121,50 @@ TEST_F(ListBox, OnlyTheUserIsReported) {
     toolkit::Key(m_list, g_nEnd);
     EXPECT_EQ(m_list.GetCurSel(), 29);
     m_list.SetCurSel(0);
-    m_log.clear();
+    Reports();
     toolkit::Key(m_list, g_nUp);
     EXPECT_THAT(Reports(), IsEmpty());
-    toolkit::Click(m_list, {20, 30});
-    const int nClicked = m_list.GetCurSel();
-    EXPECT_GT(nClicked, 0);
-    EXPECT_THAT(Reports(), ElementsAre("command:8/1"));
     // Control and a click would take the selection away in the toolkit's way.
+    toolkit::Click(m_list, {20, 30});
     toolkit::Click(m_list, {20, 30}, true);
-    EXPECT_EQ(m_list.GetCurSel(), nClicked);
+    EXPECT_GT(m_list.GetCurSel(), 0);
     EXPECT_THAT(Reports(), ElementsAre("command:8/1"));
 }
 
-// The handler that moves the selection, deletes rows and takes the focus, as owners of a list do.
+// The handler that deletes rows and takes the focus, as owners of a list do.
 TEST_F(ListBox, ItsOwnerMayChangeItWhileItReports) {
-    class CBusy : public CWnd {
-    public:
-        CListBox m_list;
-        int m_nCalls = 0;
-
-    protected:
-        const CMessageMap& GetMessageMap() const override {
-            static const std::vector entries{MapNotification<&CBusy::OnSelChange>(LBN_SELCHANGE, 8)};
-            static const CMessageMap map{entries, &CWnd::GetMessageMap()};
-            return map;
-        }
-        void OnSelChange() {
-            ++m_nCalls;
-            m_list.DeleteString(m_list.GetCount() - 1);
-            m_list.SetFocus();
-        }
+    m_wnd.m_on[WM_COMMAND] = [this] {
+        m_list.DeleteString(m_list.GetCount() - 1);
+        m_list.SetFocus();
+        return 0;
     };
-    CBusy wnd;
-    ASSERT_TRUE(wnd.CreateEx(WS_CAPTION, "busy", {0, 0, 200, 200}, nullptr, 0));
-    ASSERT_TRUE(wnd.m_list.Create(WS_VISIBLE | LBS_NOTIFY, {0, 0, 100, 100}, &wnd, 8));
-    wnd.ShowWindow(SW_SHOW);
-    for (const char* szRow : {"a", "b", "c"}) {
-        wnd.m_list.AddString(szRow);
+    Fill({"a", "b", "c"});
+    m_list.SetCurSel(0);
+    for (const auto& [nKey, nSelected] : {std::pair{g_nDown, 1}, {g_nUp, 0}}) {
+        toolkit::Key(m_list, nKey);
+        EXPECT_EQ(m_list.GetCurSel(), nSelected);
     }
-    wnd.m_list.SetCurSel(0);
-    toolkit::Key(wnd.m_list, g_nDown);
-    EXPECT_EQ(wnd.m_list.GetCurSel(), 1);
-    EXPECT_EQ(wnd.m_list.GetCount(), 2);
-    toolkit::Key(wnd.m_list, g_nUp);
-    EXPECT_EQ(wnd.m_list.GetCurSel(), 0);
-    EXPECT_EQ(wnd.m_list.GetCount(), 1);
-    EXPECT_EQ(wnd.m_nCalls, 2);
+    EXPECT_EQ(m_list.GetCount(), 1);
+    EXPECT_THAT(Reports(), ElementsAre("command:8/1", "command:8/1"));
 }
 
-// A class that keeps the characters for its parent: letters don't move the selection, arrows do.
+// A class that keeps the characters to itself: letters don't move the selection, arrows do.
 TEST_F(ListBox, ACharacterThatIsNotPassedOnNeverReachesTheList) {
-    class CSilent : public CListBox {
-    protected:
-        LRESULT WindowProc(UINT nMessage, WPARAM wParam, LPARAM lParam) override {
-            return nMessage == WM_CHAR ? GetParent()->SendMessage(WM_CHAR, wParam)
-                                       : CListBox::WindowProc(nMessage, wParam, lParam);
-        }
-    };
-    CSilent list;
+    Log keys;
+    CRecording<CListBox> list(keys);
+    list.m_on[WM_CHAR] = [] { return 0; };
     ASSERT_TRUE(list.Create(WS_VISIBLE | LBS_NOTIFY, {0, 120, 100, 200}, &m_wnd, 9));
-    for (const char* szRow : {"alpha", "beta", "gamma"}) {
-        list.AddString(szRow);
-        m_list.AddString(szRow);
+    for (CListBox* const pList : {static_cast<CListBox*>(&list), &m_list}) {
+        for (const char* szRow : {"alpha", "beta", "gamma"}) {
+            pList->AddString(szRow);
+        }
+        pList->SetCurSel(0);
+        toolkit::Key(*pList, 'G', "g");
     }
-    list.SetCurSel(0);
-    m_list.SetCurSel(0);
-    m_log.clear();
-    toolkit::Key(list, 'G', "g");
+    EXPECT_EQ(m_list.GetCurSel(), 2) << "the plain list looks for the letter itself";
     EXPECT_EQ(list.GetCurSel(), 0);
-    EXPECT_THAT(Reports(), ElementsAre("char:103"));
     toolkit::Key(list, g_nDown);
     EXPECT_EQ(list.GetCurSel(), 1);
-    // The plain list looks for the letter itself.
-    toolkit::Key(m_list, 'G', "g");
-    EXPECT_EQ(m_list.GetCurSel(), 2);
 }
 
 }  // namespace

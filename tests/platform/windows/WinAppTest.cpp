@@ -9,33 +9,27 @@
 #include <csignal>
 #include <functional>
 #include <memory>
-#include <string>
 #include <utility>
-#include <vector>
 
 namespace {
 
-using Log = std::vector<std::string>;
+using ::testing::ElementsAre;
 
 class CMain : public CRecordingWnd {
 public:
-    using CRecordingWnd::CRecordingWnd;
-    ~CMain() override { Note("deleted"); }
-    std::function<void()> m_fnOnClose;
+    explicit CMain(Log& log) : CRecordingWnd(log), m_log(log) {
+        // The object is still whole after the window has gone.
+        m_on[WM_CLOSE] = [this] {
+            DestroyWindow();
+            m_log.emplace_back("closed");
+            return 0;
+        };
+        m_fnGone = [this] { GetApp()->DeleteMainWnd(*this); };
+    }
+    ~CMain() override { m_log.emplace_back("deleted"); }
 
-protected:
-    LRESULT WindowProc(UINT nMessage, WPARAM wParam, LPARAM lParam) override {
-        const LRESULT lResult = CRecordingWnd::WindowProc(nMessage, wParam, lParam);
-        if (nMessage == WM_CLOSE) {
-            // The object is still whole after the window has gone.
-            Note("closed");
-        }
-        return lResult;
-    }
-    void PostNcDestroy() override {
-        CRecordingWnd::PostNcDestroy();
-        GetApp()->DeleteMainWnd(*this);
-    }
+private:
+    Log& m_log;
 };
 
 class CTestApp : public CWinApp {
@@ -55,7 +49,10 @@ auto Starting(Log& log, std::function<void(CWnd&)> fnThen = {}) {
         pMain->ShowWindow(app.GetShowCommand());
         app.SetMainWnd(std::move(pMain));
         if (fnThen) {
-            toolkit::Later([&app, fnThen] { fnThen(*app.GetMainWnd()); });
+            toolkit::Later([&app, &log, fnThen] {
+                log.clear();
+                fnThen(*app.GetMainWnd());
+            });
         }
         return true;
     };
@@ -63,13 +60,10 @@ auto Starting(Log& log, std::function<void(CWnd&)> fnThen = {}) {
 
 TEST(WinApp, EndsWithItsMainWindowAndDeletesItWhenItsHandlersAreDone) {
     Log log;
-    CTestApp app(Starting(log, [&log](CWnd& wnd) {
-        log.clear();
-        toolkit::CloseBox(wnd);
-    }));
+    CTestApp app(Starting(log, [](CWnd& wnd) { toolkit::CloseBox(wnd); }));
     EXPECT_EQ(GetApp(), &app);
     EXPECT_EQ(app.Main(), 0);
-    EXPECT_THAT(log, ::testing::ElementsAre("close", "destroy", "gone", "closed", "deleted"));
+    EXPECT_THAT(log, ElementsAre("close", "destroy", "gone", "closed", "deleted"));
     EXPECT_EQ(app.GetMainWnd(), nullptr);
 }
 
@@ -80,20 +74,19 @@ TEST(WinApp, AStartThatFailsEndsTheProcessWithAnError) {
     // A main window whose creation was refused: nothing stays behind, the object is deleted.
     CTestApp broken([&log](CTestApp& app) {
         auto pMain = std::make_unique<CMain>(log);
-        pMain->m_nCreateResult = -1;
+        pMain->m_on[WM_CREATE] = [] { return -1; };
         EXPECT_FALSE(pMain->Open(100, 100));
         app.SetMainWnd(std::move(pMain));
         return true;
     });
     EXPECT_EQ(broken.Main(), 1);
-    EXPECT_THAT(log, ::testing::ElementsAre("create", "destroy", "gone", "deleted"));
+    EXPECT_THAT(log, ElementsAre("create", "destroy", "gone", "deleted"));
 }
 
 TEST(WinApp, SignalsCloseInOrderAlsoUnderAModalBox) {
     for (const int nSignal : {SIGTERM, SIGHUP, SIGINT}) {
         Log log;
-        CTestApp app(Starting(log, [&log, nSignal](CWnd& wnd) {
-            log.clear();
+        CTestApp app(Starting(log, [nSignal](CWnd& wnd) {
             toolkit::Later([nSignal] { raise(nSignal); });
             EXPECT_EQ(MessageBox(&wnd, "still there", "caption", MB_OK), IDOK);
             // The handler that had opened it comes to its end with its object whole.
@@ -101,7 +94,7 @@ TEST(WinApp, SignalsCloseInOrderAlsoUnderAModalBox) {
             wnd.SetWindowText("harmless");
         }));
         EXPECT_EQ(app.Main(), 0) << nSignal;
-        EXPECT_THAT(log, ::testing::ElementsAre("close", "destroy", "gone", "closed", "deleted"));
+        EXPECT_THAT(log, ElementsAre("close", "destroy", "gone", "closed", "deleted"));
     }
     // While the program is still starting there is no window to close: what waits for an answer gets none.
     Log log;

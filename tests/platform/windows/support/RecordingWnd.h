@@ -3,15 +3,84 @@
 #include "platform/base/String.h"
 #include "platform/windows/Wnd.h"
 
+#include <algorithm>
+#include <array>
+#include <functional>
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
-// A window that writes down which messages reach it: "name", or "name:wParam" and "name(x,y)" where these
-// count.
-class CRecordingWnd : public CWnd {
-public:
-    explicit CRecordingWnd(std::vector<std::string>& log) : m_log(log) {}
+using Log = std::vector<std::string>;
 
+// A window or control that writes down which messages reach it, "name", "name:wParam" or "name(x,y)", behind
+// a prefix. What stands in m_on takes the place of a message's handling.
+template <class Base>
+class CRecording : public Base {
+public:
+    explicit CRecording(Log& log, std::string strPrefix = {})
+        : m_log(log), m_strPrefix(std::move(strPrefix)) {}
+
+    std::map<UINT, std::function<LRESULT()>> m_on;
+    std::function<void()> m_fnGone;
+
+protected:
+    LRESULT WindowProc(UINT nMessage, WPARAM wParam, LPARAM lParam) override {
+        Note(nMessage, wParam, lParam);
+        const auto found = m_on.find(nMessage);
+        return found != m_on.end() ? found->second() : Base::WindowProc(nMessage, wParam, lParam);
+    }
+    void PostNcDestroy() override {
+        m_log.push_back(m_strPrefix + "gone");
+        if (m_fnGone) {
+            m_fnGone();
+        }
+    }
+
+private:
+    void Note(UINT nMessage, WPARAM wParam, LPARAM lParam) const {
+        enum class Kind { Name, Word, Point };
+        struct Row {
+            UINT nMessage;
+            const char* szName;
+            Kind kind;
+        };
+        static constexpr std::array s_rows{
+            Row{WM_CREATE, "create", Kind::Name},        Row{WM_DESTROY, "destroy", Kind::Name},
+            Row{WM_CLOSE, "close", Kind::Name},          Row{WM_PAINT, "paint", Kind::Name},
+            Row{WM_TIMER, "timer", Kind::Word},          Row{WM_KEYDOWN, "keydown", Kind::Word},
+            Row{WM_KEYUP, "keyup", Kind::Word},          Row{WM_CHAR, "char", Kind::Word},
+            Row{WM_COMMAND, "command", Kind::Word},      Row{WM_LBUTTONDOWN, "ldown", Kind::Point},
+            Row{WM_LBUTTONUP, "lup", Kind::Point},       Row{WM_RBUTTONDOWN, "rdown", Kind::Point},
+            Row{WM_RBUTTONUP, "rup", Kind::Point},       Row{WM_MOUSEMOVE, "move", Kind::Point},
+            Row{WM_CONTEXTMENU, "context", Kind::Point}, Row{WM_NCHITTEST, "hit", Kind::Point},
+        };
+        const auto found = std::find_if(s_rows.begin(), s_rows.end(),
+                                        [nMessage](const Row& row) { return row.nMessage == nMessage; });
+        if (found == s_rows.end()) {
+            return;
+        }
+        std::string strNote = m_strPrefix + found->szName;
+        const POINT pt = PointOfParam(lParam);
+        if (nMessage == WM_COMMAND) {
+            strNote += FormatText(":%d/%u", IdOfCommand(wParam), CodeOfCommand(wParam));
+        } else if (found->kind == Kind::Word) {
+            strNote += FormatText(":%d", static_cast<int>(wParam));
+        } else if (found->kind == Kind::Point) {
+            strNote += FormatText("(%d,%d)", pt.x, pt.y);
+        }
+        m_log.push_back(strNote);
+    }
+
+    Log& m_log;
+    const std::string m_strPrefix;
+};
+
+class CRecordingWnd : public CRecording<CWnd> {
+public:
+    using CRecording::CRecording;
+
+    // So large inside.
     bool Open(int cx, int cy) {
         if (!CreateEx(WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX, "window", {}, nullptr, 0)) {
             return false;
@@ -21,68 +90,4 @@ public:
         SetWindowPos(0, 0, rc.Width(), rc.Height(), SWP_NOMOVE | SWP_NOZORDER);
         return true;
     }
-
-    int m_nCreateResult = 0;
-
-protected:
-    LRESULT WindowProc(UINT nMessage, WPARAM wParam, LPARAM lParam) override {
-        const POINT pt = PointOfParam(lParam);
-        const std::string strPoint = FormatText("(%d,%d)", pt.x, pt.y);
-        switch (nMessage) {
-            case WM_CREATE:
-                Note("create");
-                return m_nCreateResult;
-            case WM_DESTROY:
-                Note("destroy");
-                break;
-            case WM_CLOSE:
-                Note("close");
-                break;
-            case WM_PAINT:
-                Note("paint");
-                break;
-            case WM_TIMER:
-                Note(FormatText("timer:%d", static_cast<int>(wParam)));
-                break;
-            case WM_KEYDOWN:
-                Note(FormatText("keydown:%d", static_cast<int>(wParam)));
-                break;
-            case WM_KEYUP:
-                Note(FormatText("keyup:%d", static_cast<int>(wParam)));
-                break;
-            case WM_CHAR:
-                Note(FormatText("char:%d", static_cast<int>(wParam)));
-                break;
-            case WM_COMMAND:
-                Note(FormatText("command:%d/%u", IdOfCommand(wParam), CodeOfCommand(wParam)));
-                break;
-            case WM_LBUTTONDOWN:
-                Note("ldown" + strPoint);
-                break;
-            case WM_LBUTTONUP:
-                Note("lup" + strPoint);
-                break;
-            case WM_RBUTTONDOWN:
-                Note("rdown" + strPoint);
-                break;
-            case WM_RBUTTONUP:
-                Note("rup" + strPoint);
-                break;
-            case WM_MOUSEMOVE:
-                Note("move" + strPoint);
-                break;
-            case WM_CONTEXTMENU:
-                Note("context" + strPoint);
-                break;
-            default:
-                break;
-        }
-        return CWnd::WindowProc(nMessage, wParam, lParam);
-    }
-    void PostNcDestroy() override { Note("gone"); }
-
-    void Note(const std::string& strWhat) { m_log.push_back(strWhat); }
-
-private:
-    std::vector<std::string>& m_log;
 };
