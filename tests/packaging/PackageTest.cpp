@@ -57,7 +57,8 @@ TEST_F(Package, HoldsWhatIsInstalledAndNothingObjectionable) {
               unpacked / "usr/share/metainfo/example.fretvane.fretvane.metainfo.xml"},
              {"man", "-l", "--warnings", "-E", "UTF-8", unpacked / "usr/share/man/man1/fretvane.1.gz"}}) {
         CChildProcess checker;
-        ASSERT_TRUE(checker.Start(check, {}, m_place.GetPath(), m_place.GetPath() / check[0]));
+        ASSERT_TRUE(checker.Start(check, {{"TMPDIR", m_place.GetPath()}}, m_place.GetPath(),
+                                  m_place.GetPath() / check[0]));
         EXPECT_EQ(checker.WaitForEnd(std::chrono::seconds(60)), 0) << ReadAll(m_place.GetPath() / check[0]);
     }
 }
