@@ -18,7 +18,7 @@ using Bits [[gnu::vector_size(LANES * sizeof(std::uint32_t))]] = std::uint32_t;
 // A quotient or product of two floats is good to this part of itself, and more than so.
 constexpr float CLOSE = 4.0e-7F;
 
-constexpr float LAST_LOW_HARMONIC = 5.0F;
+constexpr std::int32_t LAST_LOW_HARMONIC = 5;
 constexpr double LEAST_LOW_PART = 0.25;
 constexpr double LEAST_ADJACENT_PART = 0.5;
 
@@ -62,13 +62,11 @@ CProbeBank::Verdicts CProbeBank::Judge(const CBands& bands, const float* pfFrequ
     std::memcpy(&reciprocal, bands.m_afReciprocal.data(), sizeof reciprocal);
 
     const Floats none = {};
-    Floats last = none - 1.0F;  // the harmonic whose slot is being filled; the first follows nobody
-    Floats strongest = none;    // its amplitude
-    Ints hasBefore = {};        // whether the slot before holds the harmonic before
-    Ints even = {};             // what the harmonic is a multiple of
-    Ints three = {};
-    Ints other = {};
+    Ints last = Ints{} - 1;   // the harmonic whose slot is being filled; the first follows nobody
+    Floats strongest = none;  // its amplitude
+    Ints hasBefore = {};      // whether the slot before holds the harmonic before
     Ints unsure = {};
+    float fHighest = 0.0F;
     Floats score = none;
     Floats adjacent = none;
     Floats lowest = none;
@@ -76,45 +74,41 @@ CProbeBank::Verdicts CProbeBank::Judge(const CBands& bands, const float* pfFrequ
     Floats threes = none;
     Floats others = none;
     for (int i = 0; i <= nPeaks; ++i) {
-        // After the last peak one more, in nobody's reach but new to all, closes the slots.
+        // After the last peak one more, new to all, closes the slots.
         const bool bClosing = i == nPeaks;
         const float f = bClosing ? 0.0F : pfFrequency[i];
         const float a = bClosing ? 0.0F : pfAmplitude[i];
+        fHighest = std::max(fHighest, f);
         const Floats quotient = reciprocal * f;
         const Ints whole = __builtin_convertvector(quotient, Ints);
-        const Floats below = __builtin_convertvector(whole, Floats);
-        const Floats rest = quotient - below;
-        const Floats close = quotient * CLOSE;
-        const Floats harmonic = below + 1.0F;
-        const Floats edge = harmonic * low;
-        unsure |= (rest < close) | (1.0F - rest < close) | (quotient > HIGHEST_HARMONIC) |
+        const Floats rest = quotient - __builtin_convertvector(whole, Floats);
+        const Floats toNext = 1.0F - rest;
+        const Ints number = bClosing ? Ints{} : whole + 1;
+        const Floats edge = __builtin_convertvector(number, Floats) * low;
+        unsure |= ((rest < toNext ? rest : toNext) < quotient * CLOSE) |
                   ((edge > f * (1.0F - CLOSE)) & (edge < f * (1.0F + CLOSE)));
         const Ints match = bClosing ? Ints{} - 1 : (edge < f);
-        const Ints isNew = match & (harmonic != last);
-        const Ints follows = harmonic == last + 1.0F;
+        const Ints isNew = match & (number != last);
+        const Ints follows = number == last + 1;
 
         const Floats closed = isNew ? strongest : none;
+        const Bits shift = reinterpret_cast<Bits>(last & (HALF - 1));
+        const Bits other32 = last < HALF ? Bits{} + m_nOthersBelow32 : Bits{} + m_nOthersBelow64;
+        const Ints isOther = (((other32 >> shift) & 1U) != 0U) | (last >= LISTED);
         score += closed;
         adjacent += hasBefore ? closed : none;
         adjacent += follows ? closed : none;
         lowest += last <= LAST_LOW_HARMONIC ? closed : none;
-        evens += even ? closed : none;
-        threes += three ? closed : none;
-        others += other ? closed : none;
+        evens += (last & 1) == 0 ? closed : none;
+        threes += last == 3 * ((last * THIRD) >> THIRD_BITS) ? closed : none;
+        others += isOther ? closed : none;
 
-        const Ints number = whole + 1;
-        const Bits shift = reinterpret_cast<Bits>(number & (HALF - 1));
-        const Ints inFirst = number < HALF;
-        const Bits other32 = inFirst ? Bits{} + m_nOthersBelow32 : Bits{} + m_nOthersBelow64;
-        const Ints beyond = number >= LISTED;
         hasBefore = isNew ? follows : hasBefore;
-        even = isNew ? (number & 1) == 0 : even;
-        three = isNew ? number == 3 * ((number * THIRD) >> THIRD_BITS) : three;
-        other = isNew ? (((other32 >> shift) & 1U) != 0U) | beyond : other;
         const Floats here = match ? none + a : none;
         strongest = isNew ? here : (strongest < here ? here : strongest);
-        last = isNew ? harmonic : last;
+        last = isNew ? number : last;
     }
+    unsure |= reciprocal * fHighest > HIGHEST_HARMONIC;
 
     // Products of two floats are exact in double precision.
     const Doubles score64 = __builtin_convertvector(score, Doubles);

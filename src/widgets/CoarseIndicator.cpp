@@ -100,6 +100,7 @@ void CCoarseIndicator::Rebuild() {
     PlaceMarks();
     PaintScale(GetTint());
     m_dcShow.BitBlt(0, 0, m_nWidth, m_nHeight, &m_dcBase, 0, 0, SRCCOPY);
+    m_bHighlightShown = false;
 }
 
 // The different notes of the tuning, in the order of the strings.
@@ -175,7 +176,7 @@ void CCoarseIndicator::Draw(CDC* pDst, bool bFull) {
         m_dcShow.BitBlt(0, 0, m_nWidth, m_nHeight, &m_dcBase, 0, 0, SRCCOPY);
         m_dcShow.BitBlt(x, FRAME, HIGHLIGHT_WIDTH, nInside, &m_dcLit, x, FRAME, SRCCOPY);
         pDst->BitBlt(ORIGIN.x, ORIGIN.y, m_nWidth, m_nHeight, &m_dcShow, 0, 0, SRCCOPY);
-    } else {
+    } else if (x != m_nLastX || !m_bHighlightShown) {
         m_dcShow.BitBlt(m_nLastX, FRAME, HIGHLIGHT_WIDTH, nInside, &m_dcBase, m_nLastX, FRAME, SRCCOPY);
         m_dcShow.BitBlt(x, FRAME, HIGHLIGHT_WIDTH, nInside, &m_dcLit, x, FRAME, SRCCOPY);
         const int nLeft = std::min(x, m_nLastX);
@@ -183,4 +184,5 @@ void CCoarseIndicator::Draw(CDC* pDst, bool bFull) {
         pDst->BitBlt(ORIGIN.x + nLeft, ORIGIN.y + FRAME, nWidth, nInside, &m_dcShow, nLeft, FRAME, SRCCOPY);
     }
     m_nLastX = x;
+    m_bHighlightShown = true;
 }

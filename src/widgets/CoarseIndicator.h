@@ -34,7 +34,8 @@ public:
 
     // Places the marks and paints the scale, on white and on the tint. Doesn't touch the window.
     void Rebuild();
-    // Without bFull: only the highlight, where it was and where it is. Allocates nothing.
+    // Without bFull: only the highlight, where it was and where it is, and nothing while it stays. Allocates
+    // nothing.
     void Draw(CDC* pDst, bool bFull);
 
 private:
@@ -61,6 +62,7 @@ private:
     float m_fAFrequency = DEFAULT_A_FREQUENCY;
     std::atomic<float> m_fLogFrequency = 0.0F;  // base-2 logarithm of Hz
     int m_nLastX = 2;
+    bool m_bHighlightShown = false;  // at m_nLastX, on the present scale
     std::array<StringNote, 6> m_marks;
     COLORREF m_clrBase = 0xA00000;
     int m_nHeight = 0;
