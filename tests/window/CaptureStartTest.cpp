@@ -13,27 +13,25 @@ using testing::SizeIs;
 
 const ShownBox NO_DEVICE{"Error: No sound card found",
                          "Fretvane was unable to find any usable recording device on this computer.  To use "
-                         "this program a 16-bit sound "
-                         "card must be installed"};
+                         "this program a 16-bit sound card must be installed"};
 const ShownBox NO_USE{"Error: Unable to use recording device",
                       "Unable to use your sound card. Try a different recording device in the options dialog "
-                      "box or click the help "
-                      "button in the main window for further help."};
-
-// What was opened, as "device rate", the preferred device being -1, and a ! where it was refused.
-std::vector<CString> Openings(const CFakeWaveIn& fake) {
-    std::vector<CString> result;
-    for (const auto& opening : fake.GetOpenings()) {
-        result.push_back(std::to_string(static_cast<int>(opening.uDeviceId)) + " " +
-                         std::to_string(opening.nSampleRate) + (opening.result != 0 ? "!" : ""));
-    }
-    return result;
-}
+                      "box or click the help button in the main window for further help."};
 
 class CaptureStartTest : public CTunerWndTest {
 protected:
+    // What was opened, as "device rate", the preferred device being -1, and a ! where it was refused.
+    std::vector<CString> Openings() const {
+        std::vector<CString> result;
+        for (const auto& opening : m_fake->GetOpenings()) {
+            result.push_back(std::to_string(static_cast<int>(opening.uDeviceId)) + " " +
+                             std::to_string(opening.nSampleRate) + (opening.result != 0 ? "!" : ""));
+        }
+        return result;
+    }
     // Frames come: their text is shown.
     bool FramesCome() {
+        PlayString(110.0);
         Wnd().ToggleFrameRate();
         const bool bCome = toolkit::WaitUntil([this] { return !Access().FrameRateText().empty(); });
         Wnd().ToggleFrameRate();
@@ -52,39 +50,41 @@ TEST(CaptureLadder, HoldsTheSetsThatTheAnalysisWasMeasuredWith) {
     }
 }
 
-TEST_F(CaptureStartTest, IsContentWithTheFirstSetOfValues) {
-    WriteState(0, 0);
+struct Ladder {
+    const char* szName;
+    int nChoice;
+    std::vector<CFakeWaveIn::Device> devices;
+    std::vector<CString> openings;
+    int nRate;
+
+    friend void PrintTo(const Ladder& ladder, std::ostream* pStream) { *pStream << ladder.szName; }
+};
+class LadderTest : public CaptureStartTest, public testing::WithParamInterface<Ladder> {};
+
+TEST_P(LadderTest, IsClimbedUntilADeviceOpens) {
+    WriteState(0, GetParam().nChoice);
+    m_fake->SetDevices(GetParam().devices);
     Open();
-    EXPECT_THAT(Openings(*m_fake), ElementsAre("-1 11025"));
-    EXPECT_EQ(Access().Engine().GetSampleRate(), 11025);
+    EXPECT_EQ(Openings(), GetParam().openings);
+    EXPECT_EQ(Access().Engine().GetSampleRate(), GetParam().nRate);
+    EXPECT_EQ(Access().Store().GetWaveDevice(), GetParam().nChoice) << "the choice stays";
     EXPECT_THAT(m_user.GetBoxes(), IsEmpty());
-    PlayString(110.0);
     EXPECT_TRUE(FramesCome());
 }
 
-TEST_F(CaptureStartTest, GoesUpWithTheRateWhereTheLowOneIsRefused) {
-    WriteState(0, 2);
-    m_fake->SetDevices({{}, {.refusedRates = {11025}}});
-    Open();
-    EXPECT_THAT(Openings(*m_fake), ElementsAre("1 11025!", "1 22050"));
-    EXPECT_EQ(Access().Engine().GetSampleRate(), 22050);
-    PlayString(110.0);
-    EXPECT_TRUE(FramesCome());
-}
-
-TEST_F(CaptureStartTest, FallsBackToThePreferredDevice) {
-    WriteState(0, 3);
-    Open();
-    EXPECT_THAT(Openings(*m_fake), ElementsAre("2 11025!", "2 22050!", "2 44100!", "-1 11025"));
-    EXPECT_EQ(Access().Store().GetWaveDevice(), 3) << "the choice stays";
-    EXPECT_THAT(m_user.GetBoxes(), IsEmpty());
-}
+INSTANTIATE_TEST_SUITE_P(
+    , LadderTest,
+    testing::Values(Ladder{"First", 0, {{}}, {"-1 11025"}, 11025},
+                    Ladder{"HigherRate", 2, {{}, {.refusedRates = {11025}}}, {"1 11025!", "1 22050"}, 22050},
+                    Ladder{
+                        "PreferredDevice", 3, {{}}, {"2 11025!", "2 22050!", "2 44100!", "-1 11025"}, 11025}),
+    [](const auto& ladder) { return ladder.param.szName; });
 
 TEST_F(CaptureStartTest, TellsOfADeviceThatRefusesAll) {
     WriteState(0, 1);
     m_fake->SetDevices({{.bRefusesAll = true}});
     Open();
-    EXPECT_THAT(Openings(*m_fake),
+    EXPECT_THAT(Openings(),
                 ElementsAre("0 11025!", "0 22050!", "0 44100!", "-1 11025!", "-1 22050!", "-1 44100!"));
     EXPECT_THAT(m_user.GetBoxes(), ElementsAre(NO_USE));
     EXPECT_THAT(m_directory.LogMessages(), ElementsAre("Unable any open any recording device"));
@@ -95,9 +95,8 @@ TEST_F(CaptureStartTest, TellsOfADeviceThatRefusesAll) {
     Access().Store().SetWaveDevice(2);
     Access().StopCapture();
     Access().StartCapture();
-    EXPECT_EQ(Openings(*m_fake).back(), "1 11025");
+    EXPECT_EQ(Openings().back(), "1 11025");
     EXPECT_THAT(m_user.GetBoxes(), SizeIs(1));
-    PlayString(110.0);
     EXPECT_TRUE(FramesCome());
 }
 
@@ -107,16 +106,14 @@ TEST_F(CaptureStartTest, TellsThatThereIsNoDevice) {
     Open();
     EXPECT_THAT(m_user.GetBoxes(), ElementsAre(NO_DEVICE));
     EXPECT_THAT(m_directory.LogMessages(), ElementsAre("Unable to find any recording device"));
-    EXPECT_THAT(Openings(*m_fake), IsEmpty());
+    EXPECT_THAT(Openings(), IsEmpty());
     EXPECT_TRUE(Wnd().IsWindowVisible());
-    EXPECT_TRUE(Access().List().IsWindowEnabled());
 }
 
 TEST_F(CaptureStartTest, BearsWhateverHopWasStored) {
     for (const char* szHop : {"0", "2147483647", "1000000000"}) {
         WriteState(0, 0, szHop);
         Open();
-        PlayString(110.0);
         EXPECT_TRUE(FramesCome()) << szHop;
         m_fake->StopPlaying();
         Close();

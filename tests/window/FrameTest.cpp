@@ -7,52 +7,30 @@
 
 namespace {
 
-std::array<NoteReading, SEMITONES> Candidates() {
-    std::array<NoteReading, SEMITONES> candidates;
-    for (int i = 0; i < SEMITONES; ++i) {
-        candidates[static_cast<std::size_t>(i)] = NoteReading::Empty(i);
-    }
-    return candidates;
-}
-
-TEST(FindStrongest, TakesTheFirstInSilence) {
-    EXPECT_EQ(FindStrongest(Candidates()), 0U);
-}
-
 TEST(FindStrongest, TakesTheLowestIndexOfEqualOnes) {
-    auto candidates = Candidates();
+    std::array<NoteReading, SEMITONES> candidates;
+    candidates.fill(NoteReading::Empty(0));
+    EXPECT_EQ(FindStrongest(candidates), 0U) << "silence";
     candidates[4].strength = -20.0F;
     candidates[9].strength = -20.0F;
     EXPECT_EQ(FindStrongest(candidates), 4U);
     candidates[9].strength = -19.999F;
     EXPECT_EQ(FindStrongest(candidates), 9U);
-    candidates[11].strength = 0.0F;
-    EXPECT_EQ(FindStrongest(candidates), 11U);
-}
-
-TEST(FindStrongest, TakesTheFirstWhereAllLieBelowTheFloor) {
-    auto candidates = Candidates();
-    for (auto& candidate : candidates) {
+    for (NoteReading& candidate : candidates) {
         candidate.strength = -100.0F;
     }
-    EXPECT_EQ(FindStrongest(candidates), 0U);
-    candidates[7].strength = -99.0F;
-    EXPECT_EQ(FindStrongest(candidates), 7U);
+    EXPECT_EQ(FindStrongest(candidates), 0U) << "all below the floor";
 }
 
 TEST(FrameRate, IsDueOnlyAfterMoreThanASecond) {
-    EXPECT_FALSE(IsFrameRateDue(5000, 5000));
-    EXPECT_FALSE(IsFrameRateDue(5000, 6000));
-    EXPECT_TRUE(IsFrameRateDue(5000, 6001));
-    EXPECT_FALSE(IsFrameRateDue(0xFFFFFF00U, 0xFFFFFF00U + 1000)) << "the clock wraps round in between";
-    EXPECT_TRUE(IsFrameRateDue(0xFFFFFF00U, 0xFFFFFF00U + 1001));
-}
-
-TEST(FrameRate, HasTwoDigitsBehindThePoint) {
+    // The clock wraps round in the second of these.
+    for (const DWORD dwStart : {DWORD{5000}, 0xFFFFFF00U}) {
+        EXPECT_FALSE(IsFrameRateDue(dwStart, dwStart));
+        EXPECT_FALSE(IsFrameRateDue(dwStart, dwStart + 1000));
+        EXPECT_TRUE(IsFrameRateDue(dwStart, dwStart + 1001));
+    }
     EXPECT_EQ(FormatFrameRate(86, 1001), "Frames per second: 85.91");
-    EXPECT_EQ(FormatFrameRate(0, 1001), "Frames per second: 0.00");
     EXPECT_EQ(FormatFrameRate(11025, 1000), "Frames per second: 11025.00");
-    EXPECT_EQ(FormatFrameRate(516, 6000), "Frames per second: 86.00");
 }
 
 }  // namespace

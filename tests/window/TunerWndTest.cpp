@@ -24,6 +24,14 @@ void CTunerWndTest::Open() {
     }
 }
 
+void CTunerWndTest::OpenWith(const std::vector<CString>& custom, int nListIndex) {
+    m_directory.Write("preset.txt",
+                      "Standard\t3\t4\t0\t9\t0\t2\t1\t7\t1\t11\t1\t4\t2\n"
+                      "Drop D\t4\t2\t0\t9\t0\t2\t1\t7\t1\t11\t1\t4\t2");
+    WriteState(nListIndex, 0, "128", custom);
+    Open();
+}
+
 void CTunerWndTest::Close() {
     toolkit::CloseBox(*m_pWnd);
     toolkit::RunPending();

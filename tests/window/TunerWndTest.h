@@ -21,6 +21,8 @@ class CTunerWndTest : public ::testing::Test {
 protected:
     // Creates and shows the window, and lets the first paint come.
     void Open();
+    // With two presets, "Standard" and "Drop D", which differ in the lowest string, and custom tunings.
+    void OpenWith(const std::vector<CString>& custom = {}, int nListIndex = 0);
     // The close box; then the object goes.
     void Close();
     CTunerWnd& Wnd() { return *m_pWnd; }

@@ -4,22 +4,13 @@
 
 namespace {
 
-using testing::ElementsAre;
-
 constexpr const char* TEMPORARY = "User Defined Tuning";
-constexpr const char* STANDARD = "Standard\t3\t4\t0\t9\t0\t2\t1\t7\t1\t11\t1\t4\t2";
-constexpr const char* DROP_D = "Drop D\t4\t2\t0\t9\t0\t2\t1\t7\t1\t11\t1\t4\t2";
 constexpr const char* MINE = "Mine\t5\t0\t0\t9\t0\t2\t1\t7\t1\t11\t1\t4\t2";
 constexpr const char* YOURS = "Yours\t6\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0";
 
-// Two presets, which differ in the lowest string, and what the test says behind them.
+// Two presets, and what the test says behind them.
 class TuningRowsTest : public CTunerWndTest {
 protected:
-    void OpenWith(const std::vector<CString>& custom, int nListIndex = 0) {
-        m_directory.Write("preset.txt", CString(STANDARD) + "\n" + DROP_D);
-        WriteState(nListIndex, 0, "128", custom);
-        Open();
-    }
     void ClickOn(int nRow) {
         constexpr int ROW_IN_PIXELS = 4;
         // Down through the rows until the one is found, whatever their height.
@@ -28,31 +19,37 @@ protected:
         }
         ASSERT_EQ(Access().List().GetCurSel(), nRow);
     }
-    void Command(int nId) { toolkit::Click(*Wnd().GetDlgItem(nId), {10, 10}); }
-    // The lowest string of what the strings show.
-    StringNote Lowest() { return Access().Current().m_strings[0]; }
-    void ExpectState(int nRow, const CString& strName, bool bCanDelete) {
+    void Delete() { toolkit::Click(*Wnd().GetDlgItem(ID_DELETE), {10, 10}); }
+    // Under this name; nothing at all for Cancel.
+    void Add(const std::optional<CString>& strName) {
+        m_user.SetNameToType(strName);
+        toolkit::Click(*Wnd().GetDlgItem(ID_ADD), {10, 10});
+    }
+    const StringNote& Note(std::size_t nString) { return Access().Current().m_strings.at(nString); }
+    // These rows behind the presets, the selected one with its tuning in force, and whether it may go.
+    void Expect(std::vector<CString> rows, int nRow, bool bCanDelete) {
+        rows.insert(rows.begin(), {"Standard", "Drop D"});
+        EXPECT_EQ(Access().Rows(), rows);
         EXPECT_EQ(Access().List().GetCurSel(), nRow);
-        EXPECT_EQ(Access().Current().m_strName, strName);
+        EXPECT_EQ(Access().Current().m_strName, rows.at(static_cast<std::size_t>(nRow)));
         EXPECT_EQ(Access().CanDelete(), bCanDelete);
     }
+    int CustomCount() { return Access().Store().GetCustomTunings()->GetCount(); }
 };
 
 TEST_F(TuningRowsTest, FollowsTheRowThatIsClicked) {
     OpenWith({MINE, YOURS});
-    EXPECT_THAT(Access().Rows(), ElementsAre("Standard", "Drop D", "Mine", "Yours"));
-    ExpectState(0, "Standard", false);
+    Expect({"Mine", "Yours"}, 0, false);
     ClickOn(1);
-    ExpectState(1, "Drop D", false);
-    EXPECT_TRUE(Lowest().IsNote(2, 0));
+    Expect({"Mine", "Yours"}, 1, false);
+    EXPECT_TRUE(Note(0).IsNote(2, 0));
     EXPECT_EQ(Access().Current().m_dwTag, 4U);
     ClickOn(3);
-    ExpectState(3, "Yours", true);
-    EXPECT_TRUE(Lowest().IsNote(0, 0));
+    Expect({"Mine", "Yours"}, 3, true);
     toolkit::Key(Access().List(), 0x01000013 /* up */);
-    ExpectState(2, "Mine", true);
+    Expect({"Mine", "Yours"}, 2, true);
     ClickOn(0);
-    ExpectState(0, "Standard", false);
+    Expect({"Mine", "Yours"}, 0, false);
 }
 
 // The strip at the bottom: the lowest of six different notes has its tick at 15, a tuning of equal notes at
@@ -63,160 +60,104 @@ TEST_F(TuningRowsTest, ShowsTheTuningAtOnce) {
     const COLORREF clrTick = PixelAt(10 + 15 + 4, TICK_Y);
     ASSERT_NE(clrTick, 0xFFFFFFU);
     EXPECT_EQ(PixelAt(10 + 236 + 4, TICK_Y), 0xFFFFFFU);
-    const auto before = CopyPicture();
+    // A string of the lowest octave is wound; the third one is now one of these.
+    const COLORREF clrString = PixelAt(95, 90);
     ClickOn(2);
     EXPECT_EQ(PixelAt(10 + 15 + 4, TICK_Y), 0xE3B3B3U) << "the highlight's tint, without a tick";
     EXPECT_EQ(PixelAt(10 + 236 + 4, TICK_Y), clrTick);
-    // A string of the lowest octave is wound; the third one is now one of these.
-    constexpr std::size_t STRING_MIDDLE = 90 * 500 + 95;
-    EXPECT_NE(CopyPicture()[STRING_MIDDLE], before[STRING_MIDDLE]);
+    EXPECT_NE(PixelAt(95, 90), clrString);
 }
 
-TEST_F(TuningRowsTest, MakesATemporaryRowForNotesOfNoList) {
+TEST_F(TuningRowsTest, HasATemporaryRowForNotesOfNoList) {
     OpenWith({MINE});
     Access().SetString(5, 9, 1);
-    EXPECT_THAT(Access().Rows(), ElementsAre("Standard", "Drop D", "Mine", TEMPORARY));
-    ExpectState(3, TEMPORARY, false);
+    Expect({"Mine", TEMPORARY}, 3, false);
     Access().SetString(4, 9, 1);
-    EXPECT_EQ(Access().List().GetCount(), 4) << "the row stays while nothing matches";
-    ExpectState(3, TEMPORARY, false);
-    EXPECT_TRUE(Access().Current().m_strings[5].IsNote(9, 1));
-}
-
-TEST_F(TuningRowsTest, KeepsTheNotesWhenTheTemporaryRowIsChosenAgain) {
-    OpenWith({MINE});
-    Access().SetString(5, 9, 1);
     Wnd().SendMessage(WM_COMMAND, MakeCommandParam(ID_TUNINGS, LBN_SELCHANGE));
-    ExpectState(3, TEMPORARY, false);
-    EXPECT_TRUE(Access().Current().m_strings[5].IsNote(9, 1));
-    EXPECT_EQ(Access().List().GetCount(), 4);
-}
-
-TEST_F(TuningRowsTest, DropsTheTemporaryRowWhenAnotherIsSelected) {
-    OpenWith({MINE});
+    Expect({"Mine", TEMPORARY}, 3, false);
+    EXPECT_TRUE(Note(5).IsNote(9, 1)) << "chosen again it keeps the notes";
+    ClickOn(2);
+    Expect({"Mine"}, 2, true);
+    EXPECT_TRUE(Note(5).IsNote(4, 2));
     Access().SetString(5, 9, 1);
-    ClickOn(2);
-    EXPECT_THAT(Access().Rows(), ElementsAre("Standard", "Drop D", "Mine"));
-    ExpectState(2, "Mine", true);
-    EXPECT_TRUE(Access().Current().m_strings[5].IsNote(4, 2));
+    Expect({"Mine", TEMPORARY}, 3, true);
+    Delete();
+    Expect({"Mine"}, 2, true);
+    EXPECT_EQ(CustomCount(), 1);
 }
 
-TEST_F(TuningRowsTest, GoesToTheRowThatTheStringsMatch) {
-    OpenWith({MINE});
+TEST_F(TuningRowsTest, GoesToTheFirstRowThatTheStringsMatch) {
+    OpenWith({MINE, "Same as Drop D\t0\t2\t0\t9\t0\t2\t1\t7\t1\t11\t1\t4\t2"});
+    const std::vector<CString> rows{"Mine", "Same as Drop D"};
     Access().SetString(0, 2, 0);
-    ExpectState(1, "Drop D", false);
+    Expect(rows, 1, false);
+    ClickOn(3);
+    Expect(rows, 3, true);
     Access().SetString(0, 0, 0);
-    ExpectState(2, "Mine", true);
+    Expect(rows, 2, true);
     Access().SetString(0, 7, 0);
-    ExpectState(3, TEMPORARY, true);
+    Expect({rows[0], rows[1], TEMPORARY}, 4, true);
     Access().SetString(0, 4, 0);
-    EXPECT_THAT(Access().Rows(), ElementsAre("Standard", "Drop D", "Mine"));
-    ExpectState(0, "Standard", false);
-}
-
-TEST_F(TuningRowsTest, PrefersThePresetToACustomTuningOfTheSameNotes) {
-    OpenWith({"Same\t0\t2\t0\t9\t0\t2\t1\t7\t1\t11\t1\t4\t2"});
-    Access().SetString(0, 2, 0);
-    ExpectState(1, "Drop D", false);
-    ClickOn(2);
-    ExpectState(2, "Same", true);
+    Expect(rows, 0, false);
 }
 
 TEST_F(TuningRowsTest, AddsTheTuningInForceUnderAName) {
     OpenWith({MINE});
     ClickOn(1);
-    m_user.SetNameToType("空弦 née");
-    Command(ID_ADD);
-    EXPECT_THAT(Access().Rows(), ElementsAre("Standard", "Drop D", "Mine", "空弦 née"));
-    ExpectState(3, "空弦 née", true);
-    EXPECT_TRUE(Lowest().IsNote(2, 0));
+    Add("空弦 née");
+    Expect({"Mine", "空弦 née"}, 3, true);
+    EXPECT_TRUE(Note(0).IsNote(2, 0));
     EXPECT_EQ(Access().Current().m_dwTag, 4U) << "the tag is carried along";
     EXPECT_TRUE(toolkit::WaitUntil([this] { return CWnd::GetFocus() == &Access().List(); }));
-}
-
-TEST_F(TuningRowsTest, ReplacesTheTemporaryRowByTheAddedOne) {
-    OpenWith({});
     Access().SetString(5, 9, 1);
-    m_user.SetNameToType("New");
-    Command(ID_ADD);
-    EXPECT_THAT(Access().Rows(), ElementsAre("Standard", "Drop D", "New"));
-    ExpectState(2, "New", true);
-    EXPECT_TRUE(Access().Current().m_strings[5].IsNote(9, 1));
-    EXPECT_EQ(Access().Store().GetCustomTunings()->GetCount(), 1);
-}
-
-TEST_F(TuningRowsTest, AddsASecondRowOfTheSameNotesAndFindsTheFirst) {
-    OpenWith({MINE});
-    ClickOn(2);
-    m_user.SetNameToType("Mine");
-    Command(ID_ADD);
-    EXPECT_THAT(Access().Rows(), ElementsAre("Standard", "Drop D", "Mine", "Mine"));
-    ExpectState(3, "Mine", true);
-    Access().SetString(0, 0, 0);
-    ExpectState(2, "Mine", true);
-}
-
-TEST_F(TuningRowsTest, AddsNothingWithoutANameOrAfterCancel) {
-    OpenWith({MINE});
-    Access().SetString(5, 9, 1);
-    for (const std::optional<CString>& strAnswer :
-         {std::optional<CString>(""), std::optional<CString>(std::nullopt)}) {
-        m_user.SetNameToType(strAnswer);
-        Command(ID_ADD);
-        EXPECT_THAT(Access().Rows(), ElementsAre("Standard", "Drop D", "Mine", TEMPORARY));
-        ExpectState(3, TEMPORARY, false);
-        EXPECT_EQ(Access().Store().GetCustomTunings()->GetCount(), 1);
+    for (const std::optional<CString>& strAnswer : {std::optional<CString>(""), std::optional<CString>()}) {
+        Add(strAnswer);
+        Expect({"Mine", "空弦 née", TEMPORARY}, 4, true);
+        EXPECT_EQ(CustomCount(), 2);
     }
+    Add("New");
+    Expect({"Mine", "空弦 née", "New"}, 4, true);
+    EXPECT_TRUE(Note(5).IsNote(9, 1));
+    // The same once more: the strings find the first of the two.
+    Add("New");
+    Expect({"Mine", "空弦 née", "New", "New"}, 5, true);
+    Access().SetString(5, 9, 1);
+    Expect({"Mine", "空弦 née", "New", "New"}, 4, true);
 }
 
 TEST_F(TuningRowsTest, DeletesARowInTheMiddleAndMovesOn) {
     OpenWith({MINE, YOURS});
     ClickOn(2);
-    Command(ID_DELETE);
-    EXPECT_THAT(Access().Rows(), ElementsAre("Standard", "Drop D", "Yours"));
-    ExpectState(2, "Yours", true);
-    Command(ID_DELETE);
-    EXPECT_THAT(Access().Rows(), ElementsAre("Standard", "Drop D"));
-    ExpectState(1, "Drop D", false);
+    Delete();
+    Expect({"Yours"}, 2, true);
+    Delete();
+    Expect({}, 1, false);
     EXPECT_EQ(CWnd::GetFocus(), &Access().List());
-    Command(ID_DELETE);  // switched off
+    Delete();  // switched off
     Wnd().SendMessage(WM_COMMAND, MakeCommandParam(ID_DELETE, BN_CLICKED));
-    EXPECT_EQ(Access().List().GetCount(), 2);
-}
-
-TEST_F(TuningRowsTest, DeletesTheTemporaryRowAlone) {
-    OpenWith({MINE});
-    ClickOn(2);
-    Access().SetString(5, 9, 1);
-    ExpectState(3, TEMPORARY, true);
-    Command(ID_DELETE);
-    EXPECT_THAT(Access().Rows(), ElementsAre("Standard", "Drop D", "Mine"));
-    ExpectState(2, "Mine", true);
-    EXPECT_EQ(Access().Store().GetCustomTunings()->GetCount(), 1);
+    Expect({}, 1, false);
 }
 
 TEST_F(TuningRowsTest, TakesACustomTuningOfThatNameForTheTemporaryRow) {
     OpenWith({"user defined tuning II\t0\t0\t0\t9\t0\t2\t1\t7\t1\t11\t1\t4\t2"});
-    EXPECT_EQ(Access().List().GetCount(), 2) << "selecting the first row has taken it away";
+    Expect({}, 0, false);
     Access().SetString(0, 7, 0);
-    ExpectState(2, TEMPORARY, false);
+    Expect({TEMPORARY}, 2, false);
 }
 
 TEST_F(TuningRowsTest, KeepsAddedTuningsAndTheRowOverARestart) {
-    OpenWith({});
+    OpenWith();
     Access().SetString(0, 7, 0);
-    m_user.SetNameToType("My\town\nname");
-    Command(ID_ADD);
+    Add("My\town\nname");
     Close();
     Open();
-    EXPECT_THAT(Access().Rows(), ElementsAre("Standard", "Drop D", "My own name"));
-    ExpectState(2, "My own name", true);
-    EXPECT_TRUE(Lowest().IsNote(7, 0));
+    Expect({"My own name"}, 2, true);
+    EXPECT_TRUE(Note(0).IsNote(7, 0));
     Access().SetString(0, 9, 0);
     Close();
     EXPECT_EQ(StateField(7), "3") << "the temporary row";
     Open();
-    ExpectState(0, "Standard", false);
+    Expect({"My own name"}, 0, false);
 }
 
 }  // namespace
