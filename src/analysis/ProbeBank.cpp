@@ -22,14 +22,16 @@ constexpr std::int32_t LAST_LOW_HARMONIC = 5;
 constexpr double LEAST_LOW_PART = 0.25;
 constexpr double LEAST_ADJACENT_PART = 0.5;
 
-// Harmonics whose divisors beyond 2 and 3 are known; any above counts as a multiple of them all.
+// Harmonics whose divisors beyond 5 are known; any above counts as a multiple of them all.
 constexpr int LISTED = 64;
 constexpr int HALF = 32;
 
-// number * THIRD >> THIRD_BITS is number / 3, cut, for harmonics up to this one.
+// number * THIRD >> THIRD_BITS is number / 3, cut, for harmonics up to the highest; the fifth likewise.
 constexpr int THIRD = 43691;
 constexpr int THIRD_BITS = 17;
-constexpr float HIGHEST_HARMONIC = 49150.0F;
+constexpr int FIFTH = 52429;
+constexpr int FIFTH_BITS = 18;
+constexpr float HIGHEST_HARMONIC = 40000.0F;
 
 }  // namespace
 
@@ -42,7 +44,7 @@ void CProbeBank::CBands::Set(int nLane, float fFrequency, float fBandRatio) {
 void CProbeBank::Prepare(std::span<const int> primes, std::span<const float> shares) {
     m_nOthersBelow32 = 0;
     m_nOthersBelow64 = 0;
-    for (std::size_t q = 2; q < primes.size(); ++q) {
+    for (std::size_t q = 3; q < primes.size(); ++q) {
         for (int h = primes[q]; h < LISTED; h += primes[q]) {
             (h < HALF ? m_nOthersBelow32 : m_nOthersBelow64) |= 1U << (h % HALF);
         }
@@ -50,7 +52,8 @@ void CProbeBank::Prepare(std::span<const int> primes, std::span<const float> sha
     const auto share = [shares](std::size_t q) { return q < shares.size() ? shares[q] : 1.0F; };
     m_fTwoShare = share(0);
     m_fThreeShare = share(1);
-    m_fOtherShare = shares.size() > 2 ? *std::min_element(shares.begin() + 2, shares.end()) : 1.0F;
+    m_fFiveShare = share(2);
+    m_fOtherShare = shares.size() > 3 ? *std::min_element(shares.begin() + 3, shares.end()) : 1.0F;
 }
 
 FRETVANE_VECTOR_CLONES
@@ -72,6 +75,7 @@ CProbeBank::Verdicts CProbeBank::Judge(const CBands& bands, const float* pfFrequ
     Floats lowest = none;
     Floats evens = none;
     Floats threes = none;
+    Floats fives = none;
     Floats others = none;
     for (int i = 0; i <= nPeaks; ++i) {
         // After the last peak one more, new to all, closes the slots.
@@ -101,6 +105,7 @@ CProbeBank::Verdicts CProbeBank::Judge(const CBands& bands, const float* pfFrequ
         lowest += last <= LAST_LOW_HARMONIC ? closed : none;
         evens += (last & 1) == 0 ? closed : none;
         threes += last == 3 * ((last * THIRD) >> THIRD_BITS) ? closed : none;
+        fives += last == 5 * ((last * FIFTH) >> FIFTH_BITS) ? closed : none;
         others += isOther ? closed : none;
 
         hasBefore = isNew ? follows : hasBefore;
@@ -114,18 +119,20 @@ CProbeBank::Verdicts CProbeBank::Judge(const CBands& bands, const float* pfFrequ
     const Doubles score64 = __builtin_convertvector(score, Doubles);
     const Doubles evens64 = __builtin_convertvector(evens, Doubles);
     const Doubles threes64 = __builtin_convertvector(threes, Doubles);
+    const Doubles fives64 = __builtin_convertvector(fives, Doubles);
     const Doubles others64 = __builtin_convertvector(others, Doubles);
     const Doubles lowest64 = __builtin_convertvector(lowest, Doubles);
     const Doubles adjacent64 = __builtin_convertvector(adjacent * 0.5F, Doubles);
     const Ints twoWins = __builtin_convertvector(score64 * m_fTwoShare < evens64, Ints);
     const Ints threeWins = __builtin_convertvector(score64 * m_fThreeShare < threes64, Ints);
+    const Ints fiveWins = __builtin_convertvector(score64 * m_fFiveShare < fives64, Ints);
     // Together they hold at least what each of them holds.
     const Ints otherMayWin = __builtin_convertvector(score64 * m_fOtherShare < others64, Ints);
     const Ints fundamental = __builtin_convertvector(
         (LEAST_ADJACENT_PART * score64 <= adjacent64) & (lowest64 > LEAST_LOW_PART * score64), Ints);
-    const Ints isUnsure = unsure | otherMayWin | (twoWins & threeWins);
+    const Ints isUnsure = unsure | otherMayWin | (twoWins & threeWins) | ((twoWins | threeWins) & fiveWins);
     const Ints verdict = (twoWins & LIFTED_BY_TWO) | (threeWins & LIFTED_BY_THREE) |
-                         (fundamental & FUNDAMENTAL) | (isUnsure & UNSURE);
+                         (fiveWins & LIFTED_BY_FIVE) | (fundamental & FUNDAMENTAL) | (isUnsure & UNSURE);
 
     Verdicts verdicts;
     std::memcpy(verdicts.afScore.data(), &score, sizeof score);

@@ -7,7 +7,7 @@
 // Judges probes of the harmonic sieve side by side, in the lanes of vector registers: each lane goes through
 // the peaks as a probe on its own would, in the same order and precision, without filling slots.
 //
-// Bands and quotients are looked at in single precision only, and the primes beyond 3 only together. Where
+// Bands and quotients are looked at in single precision only, and the primes beyond 5 only together. Where
 // that does not suffice to know what the plain way gives, a verdict says so. Nothing allocates.
 class CProbeBank {
 public:
@@ -31,8 +31,9 @@ public:
     // where the lift would lead too high.
     static constexpr std::int32_t LIFTED_BY_TWO = 1;
     static constexpr std::int32_t LIFTED_BY_THREE = 2;
-    static constexpr std::int32_t FUNDAMENTAL = 4;
-    static constexpr std::int32_t UNSURE = 8;  // only the plain way can tell, whatever else is set
+    static constexpr std::int32_t LIFTED_BY_FIVE = 4;
+    static constexpr std::int32_t FUNDAMENTAL = 8;
+    static constexpr std::int32_t UNSURE = 16;  // only the plain way can tell, whatever else is set
     struct Verdicts {
         Lanes afScore;
         std::array<std::int32_t, LANES> anVerdict;
@@ -45,10 +46,11 @@ public:
     Verdicts Judge(const CBands& bands, const float* pfFrequency, const float* pfAmplitude, int nPeaks) const;
 
 private:
-    // The multiples of 5 and of any later prime, as bits.
+    // The multiples of 7 and of any later prime, as bits.
     std::uint32_t m_nOthersBelow32 = 0;
     std::uint32_t m_nOthersBelow64 = 0;
     float m_fTwoShare = 0.0F;
     float m_fThreeShare = 0.0F;
+    float m_fFiveShare = 0.0F;
     float m_fOtherShare = 0.0F;
 };

@@ -57,6 +57,17 @@ void SumByPrimes(const std::uint8_t* pbDivisors, const float* pfAmplitude, int n
     std::memcpy(sums.data(), &local, sizeof local);
 }
 
+// The prime that lifts, or 0.
+int GetDivisor(std::int32_t nVerdict) {
+    if ((nVerdict & CProbeBank::LIFTED_BY_TWO) != 0) {
+        return 2;
+    }
+    if ((nVerdict & CProbeBank::LIFTED_BY_THREE) != 0) {
+        return 3;
+    }
+    return (nVerdict & CProbeBank::LIFTED_BY_FIVE) != 0 ? 5 : 0;
+}
+
 }  // namespace
 
 void CSpectrumAnalyzer::ResetProbes() {
@@ -106,8 +117,8 @@ void CSpectrumAnalyzer::JudgeProbes(std::span<const int> probes, const CProbeBan
 
 void CSpectrumAnalyzer::JudgeProbe(int nProbe, float fScore, std::int32_t nVerdict) {
     m_pfProbeScore[nProbe] = fScore;
-    int nDivisor = (nVerdict & CProbeBank::LIFTED_BY_TWO) != 0 ? 2 : 3;
-    bool bLifted = (nVerdict & (CProbeBank::LIFTED_BY_TWO | CProbeBank::LIFTED_BY_THREE)) != 0;
+    int nDivisor = GetDivisor(nVerdict);
+    bool bLifted = nDivisor != 0;
     const bool bUnsure = (nVerdict & CProbeBank::UNSURE) != 0;
     if (bUnsure) {
         m_pfProbeScore[nProbe] = ScoreProbe(m_pfProbeFrequency[nProbe], nProbe);
