@@ -1,4 +1,3 @@
-#include "platform/drawing/BitmapWriter.h"
 #include "platform/drawing/MemoryDc.h"
 #include "support/ScratchDirectory.h"
 #include "widgets/BitmapLayer.h"
@@ -16,17 +15,9 @@ COLORREF LayerAt(int x, int y) {
 
 class BitmapLayer : public testing::Test {
 protected:
-    BitmapLayer() {
-        m_mem.dc.FillSolidRect(0, 0, 20, 16, g_clrGround);
-        m_strFile = m_directory.Write("layer.bmp", bmp::Encode24(7, 5, [](int x, int y) {
-                                          const COLORREF clr = LayerAt(x, y);
-                                          return bmp::Rgb{static_cast<std::uint8_t>(GetRed(clr)),
-                                                          static_cast<std::uint8_t>(GetGreen(clr)),
-                                                          static_cast<std::uint8_t>(GetBlue(clr))};
-                                      }));
-    }
+    BitmapLayer() { m_mem.dc.FillSolidRect(0, 0, 20, 16, g_clrGround); }
 
-    // The rectangle at (xSrc, ySrc) of the layer stands at (x, y), all else is ground.
+    // The rectangle at (xSrc, ySrc) of the layer, 7 by 5, stands at (x, y), all else is ground.
     void ExpectDrawn(int x, int y, int xSrc, int ySrc, int cx, int cy) const {
         for (int py = 0; py < 16; ++py) {
             for (int px = 0; px < 20; ++px) {
@@ -40,40 +31,31 @@ protected:
     }
 
     CScratchDirectory m_directory;
-    std::string m_strFile;
     CStageWnd m_wnd;
     MemoryDc m_mem{20, 16};
     CBitmapLayer m_layer;
 };
 
-TEST_F(BitmapLayer, DrawsItselfWhole) {
-    EXPECT_EQ(m_layer.GetHeight(), 0);
-    ASSERT_TRUE(m_layer.Load(m_strFile, &m_wnd));
-    EXPECT_EQ(m_layer.GetHeight(), 5);
-    m_layer.Draw(&m_mem.dc, 16, -2);
-    ExpectDrawn(16, -2, 0, 0, 7, 5);
-}
-
-TEST_F(BitmapLayer, DrawsAPart) {
-    ASSERT_TRUE(m_layer.Load(m_strFile, &m_wnd));
-    m_layer.DrawPart(&m_mem.dc, 3, 4, 2, 1, 3, 2);
-    ExpectDrawn(3, 4, 2, 1, 3, 2);
-}
-
-TEST_F(BitmapLayer, APartThatReachesBeyondThePictureEndsThere) {
-    ASSERT_TRUE(m_layer.Load(m_strFile, &m_wnd));
-    m_layer.DrawPart(&m_mem.dc, 6, 7, -3, 2, 30, 250);
-    ExpectDrawn(6, 7, -3, 2, 30, 250);
-}
-
 TEST_F(BitmapLayer, WithoutAFileDrawsNothing) {
-    m_layer.Draw(&m_mem.dc, 0, 0);
     EXPECT_FALSE(m_layer.Load(m_directory.Path("missing.bmp"), &m_wnd));
     EXPECT_FALSE(m_layer.Load(m_directory.Write("garbage.bmp", "BMgarbage"), &m_wnd));
     m_layer.Draw(&m_mem.dc, 0, 0);
     m_layer.DrawPart(&m_mem.dc, 0, 0, 0, 0, 7, 5);
     EXPECT_EQ(m_layer.GetHeight(), 0);
     ExpectDrawn(0, 0, 0, 0, 0, 0);
+}
+
+TEST_F(BitmapLayer, DrawsItselfOrAPartWhichEndsWithThePicture) {
+    WriteBitmap(m_directory.Path("layer.bmp"), 7, 5, LayerAt);
+    ASSERT_TRUE(m_layer.Load(m_directory.Path("layer.bmp"), &m_wnd));
+    EXPECT_EQ(m_layer.GetHeight(), 5);
+    m_layer.Draw(&m_mem.dc, 16, -2);
+    ExpectDrawn(16, -2, 0, 0, 7, 5);
+    for (const RECT& rc : {RECT{2, 1, 5, 3}, RECT{-3, 2, 27, 252}}) {
+        m_mem.dc.FillSolidRect(0, 0, 20, 16, g_clrGround);
+        m_layer.DrawPart(&m_mem.dc, 6, 4, rc.left, rc.top, rc.Width(), rc.Height());
+        ExpectDrawn(6, 4, rc.left, rc.top, rc.Width(), rc.Height());
+    }
 }
 
 }  // namespace

@@ -35,9 +35,7 @@ constexpr int A = 9;
 constexpr int B = 11;
 
 const Tuning STANDARD = Tuning::StandardE();
-const Tuning DROP_D = MakeTuning({{{D, 0}, {A, 0}, {D, 1}, {G, 1}, {B, 1}, {E, 2}}});
 const Tuning OPEN_G = MakeTuning({{{D, 0}, {G, 0}, {D, 1}, {G, 1}, {B, 1}, {D, 2}}});
-const Tuning DOUBLED = MakeTuning({{{E, 0}, {A, 0}, {D, 1}, {D, 1}, {B, 1}, {E, 2}}});
 const Tuning ACCIDENTALS = MakeTuning({{{1, 0}, {8, 0}, {1, 0}, {6, 1}, {10, 1}, {3, 2}}});
 const Tuning PAIRS = MakeTuning({{{3, 0}, {3, 0}, {10, 0}, {10, 0}, {6, 1}, {1, 2}}});
 const Tuning FALLING = MakeTuning({{{E, 2}, {B, 1}, {G, 1}, {D, 1}, {A, 0}, {E, 0}}});
@@ -68,12 +66,9 @@ const State STATES[] = {
     {"too low", STANDARD, 440.0F, 40.0F, 2},
     {"too high", STANDARD, 440.0F, 700.0F, 464},
     {"another A", STANDARD, 430.0F, 107.5F, 105},
-    // 7, 12, 17, 21 and 26 semitones: 119.5, 204.9, 290.3, 358.6, 444. The G is heard: 17 x 444 / 26 + 13.
-    {"dropped D", DROP_D, 440.0F, 196.0F, 303, {15, 134, 219, 305, 373, 459}, {"D", "A", "D", "G", "B", "E"}},
     // 5, 12, 17, 21 and 24: 92.5, 222, 314.5, 388.5, 444. The A is heard, 7 semitones up: 129.5.
     {"open G", OPEN_G, 450.0F, 112.5F, 142, {15, 107, 237, 329, 403, 459}, {"D", "G", "D", "G", "B", "D"}},
-    {"a note twice", DOUBLED, 440.0F, 0.0F, 13, {15, 107, 200, 366, 459}, {"E", "A", "D", "B", "E"}},
-    // 7, 17, 21 and 26, as above. The highlight is over the F#.
+    // 7, 17, 21 and 26: 119.5, 290.3, 358.6 and 444. The highlight is over the F#.
     {"accidentals",
      ACCIDENTALS,
      440.0F,
@@ -118,17 +113,13 @@ protected:
         m_coarse.SetFrequency(fHz);
         m_wnd.Draw([this](CDC* pDc) { m_coarse.Draw(pDc, false); });
     }
-    // Where the highlight stands, seen in a row that has neither text nor bar nor ticks.
+    // Where the highlight begins, seen in a row that has neither text nor bar nor ticks.
     int HighlightX() const {
-        const int y = STRIP.top + 45;
-        for (int x = STRIP.left + 2; x < STRIP.right - 2; ++x) {
-            if (m_wnd.GetPixel(x, y) != WHITE) {
-                EXPECT_EQ(m_wnd.RowRun(x, y), (CStageWnd::Run{x, x + 14}));
-                EXPECT_EQ(m_wnd.ColumnRun(x, y).nEnd, STRIP.top + 48);
-                return x - STRIP.left;
-            }
+        int x = STRIP.left + 2;
+        while (x < STRIP.right - 2 && m_wnd.GetPixel(x, STRIP.top + 45) == WHITE) {
+            ++x;
         }
-        return -1;
+        return x - STRIP.left;
     }
 
     CGraphicsSession m_session;
@@ -188,21 +179,6 @@ TEST_F(CoarseIndicatorTest, FullPictureOfEachState) {
     }
 }
 
-TEST_F(CoarseIndicatorTest, FramesLeadToTheSamePictures) {
-    const float afHz[] = {0.0F, 82.41F, 110.0F, 40.0F, 700.0F, 329.63F, 97.0F, 98.0F, 98.0F, 0.0F, 1.0e6F};
-    DrawFull();
-    for (const float fHz : afHz) {
-        DrawFrame(fHz);
-        CStageWnd wndFresh;
-        CCoarseIndicator coarse;
-        ASSERT_TRUE(coarse.Create(&wndFresh));
-        coarse.SetTuning(STANDARD);
-        coarse.SetFrequency(fHz);
-        wndFresh.Draw([&](CDC* pDc) { coarse.Draw(pDc, true); });
-        EXPECT_TRUE(ShowTheSame(m_wnd, wndFresh, STRIP)) << fHz;
-    }
-}
-
 // What has no logarithm leaves the highlight on the lowest mark, and not at the limit of the strip.
 TEST_F(CoarseIndicatorTest, WhatIsNoPitchStandsAtTheLowestMark) {
     constexpr float INFINITE = std::numeric_limits<float>::infinity();
@@ -220,24 +196,21 @@ TEST_F(CoarseIndicatorTest, WhatIsNoPitchStandsAtTheLowestMark) {
 }
 
 TEST_F(CoarseIndicatorTest, AFrameSendsOneRectangleOverOldAndNewHighlight) {
+    const auto frame = [this](CDC* pDc) { m_coarse.Draw(pDc, false); };
+    EXPECT_TRUE(TouchesExactly(frame, {{12, 312, 26, 358}})) << "before the first draw it stands at 2";
     m_coarse.SetFrequency(0.0F);
-    DrawFull();
-    const auto frame = [this](float fHz) {
-        return [this, fHz](CDC* pDc) {
-            m_coarse.SetFrequency(fHz);
-            m_coarse.Draw(pDc, false);
-        };
-    };
-    EXPECT_TRUE(TouchesExactly(frame(82.41F), {})) << "it stays where it was";
-    EXPECT_TRUE(TouchesExactly(frame(110.0F), {{23, 312, 129, 358}}));
-    EXPECT_TRUE(TouchesExactly(frame(40.0F), {{12, 312, 129, 358}}));
-    EXPECT_TRUE(TouchesExactly(frame(700.0F), {{12, 312, 488, 358}}));
     EXPECT_TRUE(TouchesExactly([this](CDC* pDc) { m_coarse.Draw(pDc, true); }, {STRIP}));
-}
-
-// Before the first full draw the highlight stood at 2, as far as a frame knows.
-TEST_F(CoarseIndicatorTest, TheFirstFrameStartsAtTheLeftEnd) {
-    EXPECT_TRUE(TouchesExactly([this](CDC* pDc) { m_coarse.Draw(pDc, false); }, {{12, 312, 26, 358}}));
+    const std::vector<std::pair<float, std::vector<RECT>>> STEPS{{82.41F, {}},
+                                                                 {110.0F, {{23, 312, 129, 358}}},
+                                                                 {110.0F, {}},
+                                                                 {40.0F, {{12, 312, 129, 358}}},
+                                                                 {700.0F, {{12, 312, 488, 358}}}};
+    for (const auto& [fHz, rects] : STEPS) {
+        m_coarse.SetFrequency(fHz);
+        EXPECT_TRUE(TouchesExactly(frame, rects)) << fHz;
+    }
+    m_coarse.Rebuild();
+    EXPECT_TRUE(TouchesExactly(frame, {{474, 312, 488, 358}})) << "on another scale it is drawn anew";
 }
 
 // 30% of the way from white to the colour, cut toward white.
@@ -262,30 +235,11 @@ TEST_F(CoarseIndicatorTest, TheTintFollowsTheColor) {
     EXPECT_EQ(m_wnd.GetPixel(STRIP.left + 105, STRIP.top + 45), COLORREF{0xB3B3FF});
 }
 
-// Without the limits of its rectangle a name would not be larger.
-TEST_F(CoarseIndicatorTest, TheNamesFitTheirRectangle) {
-    CFont font;
-    ASSERT_TRUE(font.CreatePointFont(80, "MS Sans Serif"));
-    for (const char* szName : SEMITONE_NAMES) {
-        CStageWnd wnd;
-        wnd.Draw([&](CDC* pDc) {
-            pDc->FillSolidRect({0, 0, 100, 100}, WHITE);
-            pDc->SetBkMode(TRANSPARENT);
-            pDc->SelectObject(&font);
-            pDc->DrawText(szName, {20, 20, 100, 100}, 0);
-        });
-        EXPECT_FALSE(PixelsAre(wnd, {20, 20, 39, 34}, [](int, int) { return WHITE; })) << szName;
-        EXPECT_TRUE(PixelsAre(wnd, {0, 0, 100, 100}, [](int x, int y) {
-            return PtInRect({20, 20, 39, 34}, {x, y}) ? CLR_INVALID : WHITE;
-        })) << szName;
-    }
-}
-
 TEST_F(CoarseIndicatorTest, NeedsItsTwoFiles) {
     for (const char* szMissing : {"gTic.bmp", "gBar.bmp"}) {
         const CPictureDirectory directory;
         Write(Glyphs::Boxes);
-        directory.Remove(szMissing);
+        std::filesystem::remove(szMissing);
         CStageWnd wnd;
         CCoarseIndicator coarse;
         EXPECT_FALSE(coarse.Create(&wnd)) << szMissing;

@@ -38,7 +38,7 @@ protected:
     CColorSwatch m_swatch;
 };
 
-TEST_F(ColorSwatch, IsBlackUntilItIsFilledAndShown) {
+TEST_F(ColorSwatch, ShowsWhatItWasFilledWithWhenAsked) {
     const COLORREF clrFace = At(12, 10);
     m_swatch.Init(&m_parent, g_nId);
     EXPECT_EQ(m_swatch.GetWidth(), 25);
@@ -47,38 +47,33 @@ TEST_F(ColorSwatch, IsBlackUntilItIsFilledAndShown) {
     m_swatch.Show();
     EXPECT_EQ(At(0, 0), 0U);
     EXPECT_EQ(At(24, 20), 0U);
-
-    m_swatch.FillRect(0, 0, m_swatch.GetWidth(), m_swatch.GetHeight(), 0xA00000);
+    m_swatch.FillRect(5, 5, 100, 100, 0xA00000);
     EXPECT_EQ(At(12, 10), 0U) << "filling is not showing";
     m_swatch.Show();
-    EXPECT_EQ(At(0, 0), 0xA00000U);
+    EXPECT_EQ(At(5, 5), 0xA00000U);
     EXPECT_EQ(At(24, 20), 0xA00000U);
+    EXPECT_EQ(At(4, 5), 0U);
 }
 
 TEST_F(ColorSwatch, RepaintsTheWholeControl) {
     m_swatch.Init(&m_parent, g_nId);
-    m_swatch.FillRect(5, 5, 100, 4, 0x008000);
-    {
+    const auto takeDirty = [this] {
         const std::lock_guard lock(m_control.GetPictureLock());
-        m_control.GetPicture().TakeDirty();
-    }
+        return m_control.GetPicture().TakeDirty();
+    };
+    takeDirty();
     m_swatch.Repaint();
-    EXPECT_EQ(At(5, 5), 0x008000U);
-    EXPECT_EQ(At(24, 8), 0x008000U);
+    EXPECT_EQ(takeDirty().rects[0], (RECT{0, 0, 25, 21}));
     EXPECT_EQ(At(24, 9), 0U);
-    EXPECT_EQ(At(4, 5), 0U);
-    const std::lock_guard lock(m_control.GetPictureLock());
-    EXPECT_EQ(m_control.GetPicture().TakeDirty().rects[0], (RECT{0, 0, 25, 21}));
 }
 
 TEST_F(ColorSwatch, WithoutItsControlIsHarmless) {
-    m_swatch.FillRect(0, 0, 5, 5, 0xFF);
-    m_swatch.Show();
-    m_swatch.Repaint();
-    m_swatch.Init(&m_parent, g_nId + 1);
-    m_swatch.FillRect(0, 0, 5, 5, 0xFF);
-    m_swatch.Show();
-    m_swatch.Repaint();
+    for (int i = 0; i < 2; ++i) {
+        m_swatch.FillRect(0, 0, 5, 5, 0xFF);
+        m_swatch.Show();
+        m_swatch.Repaint();
+        m_swatch.Init(&m_parent, g_nId + 1);
+    }
     EXPECT_EQ(m_swatch.GetWidth(), 0);
     EXPECT_EQ(m_swatch.GetHeight(), 0);
 }

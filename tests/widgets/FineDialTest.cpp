@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <climits>
-#include <cstdlib>
 #include <utility>
 
 namespace {
@@ -60,21 +59,13 @@ protected:
     void DrawFull() {
         m_wnd.Draw([this](CDC* pDc) { m_dial.Draw(pDc, true, false); });
     }
-    void DrawFrame(int nSemitone, int nCents, bool bColorChanged = false) {
-        m_wnd.Draw([&](CDC* pDc) { Frame(pDc, nSemitone, nCents, bColorChanged); });
-    }
     void Frame(CDC* pDc, int nSemitone, int nCents, bool bColorChanged = false) {
         m_dial.SetCents(nCents);
         m_dial.SetNote(nSemitone);
         m_dial.Draw(pDc, false, bColorChanged);
     }
 
-    // The run of a glyph's colour in the middle of the row of glyphs, in the dial's own columns.
-    void ExpectBox(int nLeft, int nEnd, COLORREF clr) const {
-        const int y = DIAL.top + 33;
-        EXPECT_EQ(m_wnd.GetPixel(DIAL.left + nLeft, y), clr);
-        EXPECT_EQ(m_wnd.RowRun(DIAL.left + nLeft, y), (CStageWnd::Run{DIAL.left + nLeft, DIAL.left + nEnd}));
-    }
+    COLORREF At(int x, int y) const { return m_wnd.GetPixel(DIAL.left + x, DIAL.top + y); }
 
     CPictureDirectory m_directory;
     CStageWnd m_wnd;
@@ -164,7 +155,8 @@ TEST_F(FineDialTest, HasNoNameForAnyOtherSemitone) {
     for (const int nSemitone : {12, -1}) {
         m_dial.SetNote(nSemitone);
         DrawFull();
-        ExpectBox(2, 119, WHITE);
+        EXPECT_TRUE(PixelsAre(m_wnd, {DIAL.left + 2, DIAL.top + 20, DIAL.left + 119, DIAL.top + 47},
+                              [](int, int) { return WHITE; }));
     }
 }
 
@@ -212,131 +204,14 @@ TEST_F(FineDialTest, AFrameSendsWhatChanged) {
     EXPECT_TRUE(TouchesExactly([this](CDC* pDc) { m_dial.Draw(pDc, true, false); }, {DIAL}));
 }
 
-// What a frame draws and what it leaves standing, told by glyphs that fill their boxes.
-TEST_F(FineDialTest, ANumberIsPutTogetherFromWhatStands) {
-    DrawFull();
-    struct Step {
-        int nCents;
-        std::vector<std::pair<int, COLORREF>> columns;  // the dial's column, and what it shows in row 33
-    };
-    const COLORREF clrPlus = DigitColor(PLUS);
-    const COLORREF clrMinus = DigitColor(MINUS);
-    const Step STEPS[] = {
-        {5, {{119, clrPlus}, {143, DigitColor(0)}, {168, DigitColor(5)}, {193, DigitColor(0)}}},
-        // Cleared for the minus: columns 119 to 138. The plus ends at 140.
-        {-5,
-         {{118, WHITE},
-          {119, WHITE},
-          {124, WHITE},
-          {125, clrMinus},
-          {137, clrMinus},
-          {138, WHITE},
-          {139, clrPlus},
-          {140, clrPlus},
-          {141, WHITE}}},
-        {5, {{119, clrPlus}, {125, clrPlus}, {140, clrPlus}}},
-        {9, {{143, DigitColor(0)}, {168, DigitColor(9)}}},
-        {10, {{143, DigitColor(1)}, {166, DigitColor(1)}, {167, DigitColor(0)}, {168, DigitColor(0)}}},
-        {9, {{143, DigitColor(0)}, {167, DigitColor(0)}, {168, DigitColor(9)}}},
-        {12, {{143, DigitColor(1)}, {168, DigitColor(2)}}},
-        {15, {{143, DigitColor(1)}, {168, DigitColor(5)}}},
-        {-15, {{125, clrMinus}, {143, DigitColor(1)}, {168, DigitColor(5)}}},
-        {15, {{119, clrPlus}, {143, DigitColor(1)}}},
-        {0, {{119, clrPlus}, {143, DigitColor(0)}, {168, DigitColor(0)}}},
-    };
-    for (const Step& step : STEPS) {
-        SCOPED_TRACE(step.nCents);
-        DrawFrame(0, step.nCents);
-        for (const auto& [x, clr] : step.columns) {
-            EXPECT_EQ(m_wnd.GetPixel(DIAL.left + x, DIAL.top + 33), clr) << x;
-        }
-    }
-}
-
-// The minus clears 20 rows and is drawn on 27.
-TEST_F(FineDialTest, TheMinusClearsTwentyRows) {
-    m_dial.SetCents(5);
-    DrawFull();
-    DrawFrame(0, -5);
-    EXPECT_EQ(m_wnd.ColumnRun(DIAL.left + 120, DIAL.top + 30), (CStageWnd::Run{45, DIAL.top + 40}));
-    EXPECT_EQ(m_wnd.ColumnRun(DIAL.left + 120, DIAL.top + 40),
-              (CStageWnd::Run{DIAL.top + 40, DIAL.top + 47}));
-    EXPECT_EQ(m_wnd.ColumnRun(DIAL.left + 130, DIAL.top + 30),
-              (CStageWnd::Run{DIAL.top + 20, DIAL.top + 47}));
-}
-
-// A note's name is cleared in columns 40 to 73.
-TEST_F(FineDialTest, ANameIsClearedBehindItsFirstColumns) {
-    m_dial.SetNote(1);  // C sharp, to column 76
-    DrawFull();
-    DrawFrame(5, 0);  // F, to column 45
-    ExpectBox(22, 46, LetterColor(5));
-    ExpectBox(46, 74, WHITE);
-    ExpectBox(74, 77, LetterColor(7));
-    DrawFrame(12, 0);
-    ExpectBox(22, 40, LetterColor(5));
-    ExpectBox(40, 74, WHITE);
-}
-
-// The scale is restored where the last needle crossed it, and nowhere else.
-TEST_F(FineDialTest, AFrameRestoresTheStripOfTheScaleUnderTheLastNeedle) {
-    const auto expect = [this](const NeedleRow& now) {
-        EXPECT_TRUE(PixelsAre(m_wnd, {DIAL.left + 2, DIAL.top + 48, DIAL.right - 2, DIAL.top + 232},
-                              [&](int xWindow, int yWindow) -> COLORREF {
-                                  const int x = xWindow - DIAL.left;
-                                  const int y = yWindow - DIAL.top;
-                                  if (IsOnNeedle(now, x, y)) {
-                                      return NEEDLE;
-                                  }
-                                  return y >= 59 && y < 128 ? LabelAt(x - 2, y - 59) : WHITE;
-                              }))
-            << now.nCents;
-    };
-    DrawFull();
-    for (const NeedleRow& from : NEEDLES) {
-        for (const NeedleRow& to : NEEDLES) {
-            DrawFrame(0, from.nCents);
-            DrawFrame(0, to.nCents);
-            expect(to);
-        }
-    }
-    // 30 columns and no more: a needle that a full draw put elsewhere stays above row 128.
-    DrawFrame(0, -50);
-    m_dial.SetCents(50);
-    DrawFull();
-    m_dial.SetCents(0);
-    m_wnd.Draw([this](CDC* pDc) { m_dial.Draw(pDc, false, false); });
-    EXPECT_EQ(m_wnd.GetPixel(DIAL.left + 211, DIAL.top + 113), NEEDLE);
-    EXPECT_EQ(m_wnd.GetPixel(DIAL.left + 202, DIAL.top + 128), WHITE);
-}
-
-TEST_F(FineDialTest, ANewColorRepaintsTheSamePixels) {
-    for (const NeedleRow& row : NEEDLES) {
-        DrawFrame(0, row.nCents);
-        m_dial.SetColor(0x00FF00);
-        DrawFrame(0, row.nCents, true);
-        m_dial.SetColor(NEEDLE);
-        CStageWnd wndFresh;
-        wndFresh.Draw([this](CDC* pDc) { m_dial.Draw(pDc, true, false); });
-        m_dial.SetColor(0xA0A0A0);
-        DrawFrame(0, row.nCents, true);
-        EXPECT_TRUE(PixelsAre(m_wnd, {252, 101, 488, 300}, [&](int x, int y) {
-            const COLORREF clr = wndFresh.GetPixel(x, y);
-            return clr == NEEDLE ? 0xA0A0A0 : clr;
-        }));
-        m_dial.SetColor(NEEDLE);
-        DrawFrame(0, row.nCents, true);
-    }
-}
-
 TEST_F(FineDialTest, TextTakesItsColorWithTheNextFullDraw) {
     DrawFull();
     m_dial.SetDigitColor(0x0000FF);  // red: with a bevel of v, 255 - trunc(255 x (1 - v / 256)) in red only
-    DrawFrame(0, 0);
-    ExpectBox(22, 52, LetterColor(2));
+    m_wnd.Draw([this](CDC* pDc) { Frame(pDc, 0, 0); });
+    EXPECT_EQ(At(22, 33), LetterColor(2));
     DrawFull();
-    ExpectBox(22, 52, 0x000030);
-    ExpectBox(195, 231, 0x0000B1);
+    EXPECT_EQ(At(22, 33), 0x000030U);
+    EXPECT_EQ(At(195, 33), 0x0000B1U);
 }
 
 TEST_F(FineDialTest, ShowsWhatRemainsWithoutItsFiles) {
@@ -344,19 +219,17 @@ TEST_F(FineDialTest, ShowsWhatRemainsWithoutItsFiles) {
         SCOPED_TRACE(szMissing);
         const CPictureDirectory directory;
         Write(Glyphs::Boxes);
-        directory.Remove(szMissing);
+        std::filesystem::remove(szMissing);
         CFineDial dial;
-        CStageWnd wnd;
-        EXPECT_FALSE(dial.Create(&wnd));
+        EXPECT_FALSE(dial.Create(&m_wnd));
         dial.SetDigitColor(WHITE);
         dial.SetColor(NEEDLE);
-        wnd.Draw([&](CDC* pDc) { dial.Draw(pDc, true, false); });
-        EXPECT_EQ(wnd.GetPixel(DIAL.left + 22, DIAL.top + 20), LetterColor(2));
-        EXPECT_EQ(wnd.RowRun(DIAL.left + 120, DIAL.top + 150),
-                  (CStageWnd::Run{DIAL.left + 118, DIAL.left + 123}));
+        m_wnd.Draw([&](CDC* pDc) { dial.Draw(pDc, true, false); });
+        EXPECT_EQ(At(22, 20), LetterColor(2));
+        EXPECT_EQ(At(118, 150), NEEDLE);
         dial.SetCents(-60);
-        wnd.Draw([&](CDC* pDc) { dial.Draw(pDc, false, false); });
-        EXPECT_EQ(wnd.GetPixel(DIAL.left + 120, DIAL.top + 150), WHITE);
+        m_wnd.Draw([&](CDC* pDc) { dial.Draw(pDc, false, false); });
+        EXPECT_EQ(At(118, 150), WHITE);
     }
 }
 

@@ -4,18 +4,13 @@
 #include "platform/drawing/GraphicsSession.h"
 #include "platform/windows/ClientDc.h"
 #include "widgets/PictureDirectory.h"
+#include "widgets/RandomState.h"
 #include "widgets/TestArtwork.h"
-#include "widgets/WidgetSet.h"
 #include "widgets/WidgetStage.h"
 
 #include <gtest/gtest.h>
 
-#include <random>
-
 namespace {
-
-// What a reading can have, with room to spare: cents end near 51.
-constexpr int LARGEST_CENTS = 55;
 
 // Draws in frames, and keeps a second set that always draws in full beside it.
 class CLiveDisplay {
@@ -67,10 +62,10 @@ public:
     }
 
     DisplayState m_state;
-    CStageWnd m_wndLive;
-    CWidgetSet m_live;
 
 private:
+    CStageWnd m_wndLive;
+    CWidgetSet m_live;
     CStageWnd m_wndFull;
     CWidgetSet m_full;
 };
@@ -86,7 +81,7 @@ void ExpectEveryStepOfTheDialToBeWhole() {
     // From any reading to one of each sign and number of digits, to digits of each width; and from there to
     // the next.
     for (const int nTo : {-51, -34, -10, -9, 0, 9, 12, 50}) {
-        for (int nFrom = -LARGEST_CENTS; nFrom <= LARGEST_CENTS; ++nFrom) {
+        for (int nFrom = -55; nFrom <= 55; ++nFrom) {
             ASSERT_TRUE(display.DialShows(0, nFrom)) << nTo << " to " << nFrom << " cents";
             ASSERT_TRUE(display.DialShows(0, nTo)) << nFrom << " to " << nTo << " cents";
         }
@@ -94,35 +89,16 @@ void ExpectEveryStepOfTheDialToBeWhole() {
 }
 
 void ExpectRandomRunsToBeWhole() {
-    std::mt19937 random(20);
-    const auto number = [&random](int nLow, int nHigh) {
-        return std::uniform_int_distribution(nLow, nHigh)(random);
-    };
+    CRandomState random(20);
     CLiveDisplay display;
     for (int i = 0; i < 800; ++i) {
-        DisplayState& state = display.m_state;
-        state.fLevel = static_cast<float>(number(-10, 110)) / 100.0F;
-        if (number(0, 3) > 0) {
-            state.fHz = number(0, 9) == 0 ? 0.0F : static_cast<float>(number(30, 800));
-            state.nCents = number(-LARGEST_CENTS, LARGEST_CENTS);
-            state.nSemitone = number(0, SEMITONES - 1);
-        }
-        const bool bColorChanged = number(0, 4) == 0;
-        if (bColorChanged) {
-            state.clrDialNeedle = static_cast<COLORREF>(number(0, 0xFFFFFF));
-        }
-        if (number(0, 20) == 0) {
-            state.clrText = static_cast<COLORREF>(number(0, 0xFFFFFF));
-            state.clrHigh = static_cast<COLORREF>(number(0, 0xFFFFFF));
-            state.clrLow = static_cast<COLORREF>(number(0, 0xFFFFFF));
-            state.clrNeedle = static_cast<COLORREF>(number(0, 0xFFFFFF));
-            state.fA = static_cast<float>(number(4300, 4500)) / 10.0F;
-            for (StringNote& note : state.tuning.m_strings) {
-                note.Set(number(0, SEMITONES - 1), number(0, 2));
-            }
+        const bool bColorChanged = random.ChangeReading(display.m_state);
+        if (random.Number(0, 20) == 0) {
+            random.ChangeColors(display.m_state);
+            random.ChangeTuning(display.m_state);
             display.ChangeColorsAndTuning();
         }
-        if (number(0, 9) == 0) {
+        if (random.Number(0, 9) == 0) {
             display.DrawLiveInFull();
         }
         display.Frame(bColorChanged);
@@ -130,61 +106,19 @@ void ExpectRandomRunsToBeWhole() {
     }
 }
 
-class IncrementalDraw : public testing::Test {
-protected:
-    CGraphicsSession m_session;
-};
-
-TEST_F(IncrementalDraw, EveryStepOfTheDialWithTestArtwork) {
+TEST(IncrementalDraw, IsWholeWithTestArtwork) {
+    const CGraphicsSession session;
     const CPictureDirectory directory;
     Write(TestArtwork::Glyphs::WithMargins);
     ExpectEveryStepOfTheDialToBeWhole();
+    ExpectRandomRunsToBeWhole();
 }
 
-TEST_F(IncrementalDraw, EveryStepOfTheDialWithTheProgramsArtwork) {
+TEST(IncrementalDraw, IsWholeWithTheProgramsArtwork) {
+    const CGraphicsSession session;
     const CDataDirectory directory;
     ExpectEveryStepOfTheDialToBeWhole();
-}
-
-TEST_F(IncrementalDraw, RandomRunsWithTestArtwork) {
-    const CPictureDirectory directory;
-    Write(TestArtwork::Glyphs::WithMargins);
     ExpectRandomRunsToBeWhole();
-}
-
-TEST_F(IncrementalDraw, RandomRunsWithTheProgramsArtwork) {
-    const CDataDirectory directory;
-    ExpectRandomRunsToBeWhole();
-}
-
-// The whole display in three states; the pictures stay in the directory of the build, for a look.
-TEST_F(IncrementalDraw, ThreeStatesInPictures) {
-    const CDataDirectory directory;
-    const std::filesystem::path path = std::filesystem::path(FRETVANE_BINARY_DIR) / "pictures";
-    std::filesystem::create_directories(path);
-    CLiveDisplay display;
-    EXPECT_TRUE(display.ShowsItsState());
-    EXPECT_TRUE(display.m_wndLive.Save((path / "widgets-start.ppm").string()));
-    DisplayState& state = display.m_state;
-    state.clrDialNeedle = state.clrNeedle;
-    state.fLevel = 0.7F;
-    state.fHz = 148.0F;
-    state.nSemitone = 2;
-    state.nCents = 14;
-    display.Frame(true);
-    EXPECT_TRUE(display.ShowsItsState());
-    EXPECT_TRUE(display.m_wndLive.Save((path / "widgets-d.ppm").string()));
-    state.tuning.m_strings = {{{1, 0}, {8, 0}, {1, 1}, {6, 1}, {10, 1}, {3, 2}}};
-    state.clrText = 0x0000C0;
-    state.clrHigh = 0x0000FF;
-    state.fLevel = 1.0F;
-    state.fHz = 103.8F;
-    state.nSemitone = 8;
-    state.nCents = -47;
-    display.ChangeColorsAndTuning();
-    display.Frame();
-    EXPECT_TRUE(display.ShowsItsState());
-    EXPECT_TRUE(display.m_wndLive.Save((path / "widgets-g-sharp.ppm").string()));
 }
 
 }  // namespace

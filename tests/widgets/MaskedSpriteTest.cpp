@@ -1,4 +1,3 @@
-#include "platform/drawing/BitmapWriter.h"
 #include "platform/drawing/MemoryDc.h"
 #include "support/ScratchDirectory.h"
 #include "widgets/MaskedSprite.h"
@@ -13,22 +12,17 @@ constexpr int g_cy = 6;
 constexpr SIZE g_sizeTarget{24, 18};
 
 // White outside a disc; inside colours of all kinds, black and nearly white among them.
-bmp::Rgb SpriteAt(int x, int y) {
+COLORREF SpriteAt(int x, int y) {
     const int dx = 2 * x - g_cx + 1;
     const int dy = 3 * y - g_cx + 2;
-    if (dx * dx + dy * dy > 60) {
-        return {255, 255, 255};
-    }
-    static constexpr bmp::Rgb s_inside[] = {{0, 0, 0}, {255, 255, 254}, {18, 52, 86}, {255, 0, 0}};
-    return s_inside[(x + 2 * y) % 4];
-}
-
-COLORREF ToColor(const bmp::Rgb& rgb) {
-    return MakeColor(rgb.red, rgb.green, rgb.blue);
+    static constexpr COLORREF s_inside[] = {0x000000, 0xFEFFFF, 0x563412, 0x0000FF};
+    return dx * dx + dy * dy > 60 ? 0xFFFFFF : s_inside[(x + 2 * y) % 4];
 }
 
 class MaskedSprite : public testing::Test {
 protected:
+    MaskedSprite() { WriteBitmap(m_strFile, g_cx, g_cy, SpriteAt); }
+
     // Draws over noise at (x, y) and expects the file's pixels there, but for those of the transparent
     // colour.
     void ExpectSprite(CMaskedSprite& sprite, COLORREF clrTransparent, int x, int y) {
@@ -38,8 +32,8 @@ protected:
         for (int py = 0; py < g_sizeTarget.cy; ++py) {
             for (int px = 0; px < g_sizeTarget.cx; ++px) {
                 if (PtInRect({x, y, x + g_cx, y + g_cy}, {px, py}) &&
-                    ToColor(SpriteAt(px - x, py - y)) != clrTransparent) {
-                    expected[IndexOf(px, py, g_sizeTarget.cx)] = ToColor(SpriteAt(px - x, py - y));
+                    SpriteAt(px - x, py - y) != clrTransparent) {
+                    expected[IndexOf(px, py, g_sizeTarget.cx)] = SpriteAt(px - x, py - y);
                 }
             }
         }
@@ -49,13 +43,13 @@ protected:
 
     std::mt19937 m_random = Random(17);
     CScratchDirectory m_directory;
+    const CString m_strFile = m_directory.Path("s.bmp");
     CStageWnd m_wnd;
 };
 
 TEST_F(MaskedSprite, ShowsWhatLiesUnderItAtEveryPlace) {
     CMaskedSprite sprite;
-    ASSERT_TRUE(
-        sprite.Load(m_directory.Write("s.bmp", bmp::Encode24(g_cx, g_cy, SpriteAt)), &m_wnd, 0xFFFFFF));
+    ASSERT_TRUE(sprite.Load(m_strFile, &m_wnd, 0xFFFFFF));
     for (int y = -g_cy - 1; y <= g_sizeTarget.cy + 1; ++y) {
         for (int x = -g_cx - 1; x <= g_sizeTarget.cx + 1; ++x) {
             ExpectSprite(sprite, 0xFFFFFF, x, y);
@@ -64,30 +58,26 @@ TEST_F(MaskedSprite, ShowsWhatLiesUnderItAtEveryPlace) {
 }
 
 TEST_F(MaskedSprite, TakesAnyColourAsTransparent) {
-    const std::string file = m_directory.Write("s.bmp", bmp::Encode24(g_cx, g_cy, SpriteAt));
-    for (const COLORREF clr : {MakeColor(18, 52, 86), MakeColor(0, 0, 0), MakeColor(255, 255, 254)}) {
+    for (const COLORREF clr : {0x563412U, 0x000000U, 0xFEFFFFU, 0x030201U}) {
         CMaskedSprite sprite;
-        ASSERT_TRUE(sprite.Load(file, &m_wnd, clr));
+        ASSERT_TRUE(sprite.Load(m_strFile, &m_wnd, clr));
         ExpectSprite(sprite, clr, 5, 5);
     }
-    CMaskedSprite opaque;
-    ASSERT_TRUE(opaque.Load(file, &m_wnd, MakeColor(1, 2, 3)));
-    ExpectSprite(opaque, CLR_INVALID, 5, 5);
 }
 
-TEST_F(MaskedSprite, OnAWindowsPictureIsTheSame) {
+// On a window's picture, whose context has colours of its own.
+TEST_F(MaskedSprite, IsNotColouredByItsGround) {
     CMaskedSprite sprite;
-    ASSERT_TRUE(
-        sprite.Load(m_directory.Write("s.bmp", bmp::Encode24(g_cx, g_cy, SpriteAt)), &m_wnd, 0xFFFFFF));
+    ASSERT_TRUE(sprite.Load(m_strFile, &m_wnd, 0xFFFFFF));
     m_wnd.Draw([&sprite](CDC* pDc) {
         pDc->FillSolidRect(CStageWnd::s_rcClient, 0x204060);
         pDc->SetTextColor(0x123456);
         pDc->SetBkColor(0x654321);
-        sprite.Draw(pDc, 490, 390);
+        sprite.Draw(pDc, 100, 90);
     });
-    EXPECT_TRUE(PixelsAre(m_wnd, {480, 380, 500, 396}, [](int x, int y) {
-        const bool bInside = PtInRect({490, 390, 490 + g_cx, 390 + g_cy}, {x, y});
-        const COLORREF clr = bInside ? ToColor(SpriteAt(x - 490, y - 390)) : 0xFFFFFF;
+    EXPECT_TRUE(PixelsAre(m_wnd, {90, 80, 120, 110}, [](int x, int y) {
+        const bool bInside = PtInRect({100, 90, 100 + g_cx, 90 + g_cy}, {x, y});
+        const COLORREF clr = bInside ? SpriteAt(x - 100, y - 90) : 0xFFFFFF;
         return clr == 0xFFFFFF ? 0x204060 : clr;
     }));
 }

@@ -19,60 +19,28 @@ constexpr RECT DIAGRAM = {20, 34, 190, 102};
 struct State {
     const char* szName;
     std::array<StringNote, 6> notes;
-    std::array<const char*, 6> names;
-    std::array<int, 6> files;  // n of "string<n>.bmp"
+    std::array<const char*, 6> names;  // to be read above the strings
     bool bEnabled = true;
+
+    // The n of "string<n>.bmp": octave 2 is wound.
+    int File(std::size_t nString) const {
+        return !bEnabled ? 1 : CString(names.at(nString)).back() == '2' ? 3 : 2;
+    }
 };
 
-// Semitones from C with the octave index, and what is to be read above the strings.
+// Semitones from C with the octave index: each string in each octave, and on both sides of the octaves'
+// edges.
 const State STATES[] = {
-    {"standard",
-     {{{4, 0}, {9, 0}, {2, 1}, {7, 1}, {11, 1}, {4, 2}}},
-     {"E2", "A2", "D3", "G3", "B3", "E4"},
-     {3, 3, 2, 2, 2, 2}},
-    {"disabled",
-     {{{4, 0}, {9, 0}, {2, 1}, {7, 1}, {11, 1}, {4, 2}}},
-     {"E2", "A2", "D3", "G3", "B3", "E4"},
-     {1, 1, 1, 1, 1, 1},
-     false},
-    {"dropped D",
-     {{{2, 0}, {9, 0}, {2, 1}, {7, 1}, {11, 1}, {4, 2}}},
-     {"D2", "A2", "D3", "G3", "B3", "E4"},
-     {3, 3, 2, 2, 2, 2}},
-    {"a semitone down",
-     {{{3, 0}, {8, 0}, {1, 1}, {6, 1}, {10, 1}, {3, 2}}},
-     {"Eb2", "G#2", "C#3", "F#3", "Bb3", "Eb4"},
-     {3, 3, 2, 2, 2, 2}},
-    {"lowest", {}, {"C2", "C2", "C2", "C2", "C2", "C2"}, {3, 3, 3, 3, 3, 3}},
-    {"highest",
-     {{{11, 2}, {11, 2}, {11, 2}, {11, 2}, {11, 2}, {11, 2}}},
-     {"B4", "B4", "B4", "B4", "B4", "B4"},
-     {2, 2, 2, 2, 2, 2}},
+    {"standard", {{{4, 0}, {9, 0}, {2, 1}, {7, 1}, {11, 1}, {4, 2}}}, {"E2", "A2", "D3", "G3", "B3", "E4"}},
     {"from high to low",
      {{{5, 2}, {11, 1}, {0, 1}, {11, 0}, {6, 0}, {0, 0}}},
-     {"F4", "B3", "C3", "B2", "F#2", "C2"},
-     {2, 2, 2, 3, 3, 3}},
-    // Each string on both sides of the octaves' edges.
-    {"below and above C3",
-     {{{11, 0}, {0, 1}, {11, 0}, {0, 1}, {11, 0}, {0, 1}}},
-     {"B2", "C3", "B2", "C3", "B2", "C3"},
-     {3, 2, 3, 2, 3, 2}},
-    {"above and below C3",
-     {{{0, 1}, {11, 0}, {0, 1}, {11, 0}, {0, 1}, {11, 0}}},
-     {"C3", "B2", "C3", "B2", "C3", "B2"},
-     {2, 3, 2, 3, 2, 3}},
-    {"around C4",
-     {{{11, 1}, {0, 2}, {11, 1}, {0, 2}, {11, 1}, {0, 2}}},
-     {"B3", "C4", "B3", "C4", "B3", "C4"},
-     {2, 2, 2, 2, 2, 2}},
-    {"accidentals in other octaves",
-     {{{1, 0}, {3, 1}, {6, 2}, {8, 2}, {10, 0}, {1, 2}}},
-     {"C#2", "Eb3", "F#4", "G#4", "Bb2", "C#4"},
-     {3, 2, 2, 2, 3, 2}},
-    {"disabled, octaves mixed",
-     {{{10, 2}, {8, 1}, {6, 0}, {3, 0}, {5, 1}, {0, 2}}},
-     {"Bb4", "G#3", "F#2", "Eb2", "F3", "C4"},
-     {1, 1, 1, 1, 1, 1},
+     {"F4", "B3", "C3", "B2", "F#2", "C2"}},
+    {"around C3 and C4",
+     {{{0, 1}, {11, 0}, {0, 2}, {11, 1}, {11, 0}, {0, 1}}},
+     {"C3", "B2", "C4", "B3", "B2", "C3"}},
+    {"disabled, with accidentals",
+     {{{10, 2}, {8, 1}, {6, 0}, {3, 0}, {1, 1}, {11, 2}}},
+     {"Bb4", "G#3", "F#2", "Eb2", "C#3", "B4"},
      false},
 };
 
@@ -117,7 +85,7 @@ TEST_F(StringDiagramTest, FullPictureOfEachState) {
             const int nString = (x - 40) / 25;
             const int xString = (x - 40) % 25;
             if (x >= 40 && nString < 6 && xString < 20 && y >= 60 && y < 100) {
-                return StringAt(state.files[static_cast<std::size_t>(nString)], xString, y - 60);
+                return StringAt(state.File(static_cast<std::size_t>(nString)), xString, y - 60);
             }
             return wndText.GetPixel(x, y);
         }));
@@ -146,7 +114,7 @@ TEST_F(StringDiagramTest, NeedsItsThreeFiles) {
     for (const char* szMissing : {"string1.bmp", "string2.bmp", "string3.bmp"}) {
         const CPictureDirectory directory;
         Write(Glyphs::Boxes);
-        directory.Remove(szMissing);
+        std::filesystem::remove(szMissing);
         CStringDiagram diagram;
         EXPECT_FALSE(diagram.Create(&m_wnd)) << szMissing;
         m_wnd.Draw([&](CDC* pDc) { diagram.Draw(pDc, true); });

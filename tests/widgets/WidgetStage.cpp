@@ -33,47 +33,8 @@ COLORREF CStageWnd::GetPixel(int x, int y) const {
     return bInside ? ColorFromPixel(surface.GetRow(y)[x]) : CLR_INVALID;
 }
 
-CStageWnd::Run CStageWnd::RowRun(int x, int y) const {
-    Run run{x, x + 1};
-    while (GetPixel(run.nFirst - 1, y) == GetPixel(x, y)) {
-        --run.nFirst;
-    }
-    while (GetPixel(run.nEnd, y) == GetPixel(x, y)) {
-        ++run.nEnd;
-    }
-    return run;
-}
-
-CStageWnd::Run CStageWnd::ColumnRun(int x, int y) const {
-    Run run{y, y + 1};
-    while (GetPixel(x, run.nFirst - 1) == GetPixel(x, y)) {
-        --run.nFirst;
-    }
-    while (GetPixel(x, run.nEnd) == GetPixel(x, y)) {
-        ++run.nEnd;
-    }
-    return run;
-}
-
-bool CStageWnd::Save(const CString& strFile) const {
-    std::ofstream file(strFile, std::ios::binary);
-    file << "P6\n" << s_rcClient.right << ' ' << s_rcClient.bottom << "\n255\n";
-    for (int y = 0; y < s_rcClient.bottom; ++y) {
-        for (int x = 0; x < s_rcClient.right; ++x) {
-            const COLORREF clr = GetPixel(x, y);
-            file << static_cast<char>(GetRed(clr)) << static_cast<char>(GetGreen(clr))
-                 << static_cast<char>(GetBlue(clr));
-        }
-    }
-    return file.good();
-}
-
 void PrintTo(const RECT& rc, std::ostream* pStream) {
     *pStream << '(' << rc.left << ", " << rc.top << ", " << rc.right << ", " << rc.bottom << ')';
-}
-
-void PrintTo(const CStageWnd::Run& run, std::ostream* pStream) {
-    *pStream << '[' << run.nFirst << ", " << run.nEnd << ')';
 }
 
 testing::AssertionResult PixelsAre(const CStageWnd& wnd, const RECT& rc, const ExpectedColor& fnExpected) {

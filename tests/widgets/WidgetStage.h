@@ -21,22 +21,9 @@ public:
     void Draw(const std::function<void(CDC*)>& fnDraw);
 
     COLORREF GetPixel(int x, int y) const;
-
-    // The run of one colour that the pixel belongs to, in its row or column: first and one past the last.
-    struct Run {
-        int nFirst;
-        int nEnd;
-        friend bool operator==(const Run&, const Run&) = default;
-    };
-    Run RowRun(int x, int y) const;
-    Run ColumnRun(int x, int y) const;
-
-    // Writes the area as a PPM picture, for a look. False if that fails.
-    bool Save(const CString& strFile) const;
 };
 
 void PrintTo(const RECT& rc, std::ostream* pStream);
-void PrintTo(const CStageWnd::Run& run, std::ostream* pStream);
 
 // The colour expected at a pixel; CLR_INVALID leaves it out.
 using ExpectedColor = std::function<COLORREF(int x, int y)>;
@@ -48,7 +35,7 @@ testing::AssertionResult ShowTheSame(const CStageWnd& wnd, const CStageWnd& wndE
 testing::AssertionResult TouchesExactly(const std::function<void(CDC*)>& fnDraw,
                                         const std::vector<RECT>& rects);
 
-// A BMP file of 24 bits in the current directory.
+// A BMP file of 24 bits.
 void WriteBitmap(const CString& strFile, int cx, int cy, const ExpectedColor& fnPixel);
 
 // The colour that the sunken edge of the rectangle has at a pixel, CLR_INVALID inside it.
