@@ -26,7 +26,7 @@ namespace {
 constexpr const char* TUNER = "^Fretvane ";
 constexpr unsigned SEED = 20;
 // What an allocator may keep back for later without anything leaking.
-constexpr long SLACK_KB = 4096;
+constexpr long SLACK_KB = 1024;
 
 struct Usage {
     long nResidentKb = 0;
@@ -79,10 +79,11 @@ public:
                 Keys({"ctrl+a"});
                 m_hand.Type(std::to_string(425 + Random(30)));
                 return Keys({Random(2) == 0 ? "Return" : "Escape", "Escape", "Escape"});
-            case 5:  // the options
+            case 5:  // the options, and in them a colour
                 Click(287, 379);
-                Keys({"Tab", "Tab", "space", "Escape", "Escape"});
-                return;
+                Keys({"Tab", "Tab"});
+                Click(88, 94);
+                return Keys({"Tab", "Escape", "Escape"});
             case 6:  // a tuning of one's own, and away with it
                 Click(132, 154);
                 m_hand.Type("Sunk");  // no letter of it is a key of the tuner's
