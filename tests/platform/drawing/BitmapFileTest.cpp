@@ -21,49 +21,28 @@ protected:
     // 0xRRGGBB.
     std::uint32_t At(int x, int y) const { return m_bitmap.GetSurface().GetRow(y)[x] & 0xFFFFFF; }
 
-    // What value(x, y) stores must come back as color(x, y), whatever the padding of the rows and their
-    // order.
-    void Expect(Picture picture, const bmp::Values& value, const bmp::Values& color) {
-        for (const int nWidth : {1, 2, 3, 5, 8, 9, 33}) {
-            for (const int nHeight : {4, picture.bOldHeader ? 4 : -4}) {
-                picture.nWidth = nWidth;
-                picture.nHeight = nHeight;
-                ASSERT_TRUE(Load(Encode(picture, Pack(picture, value))));
-                ASSERT_EQ(m_bitmap.GetSize().cx, nWidth);
-                ASSERT_EQ(m_bitmap.GetSize().cy, 4);
-                for (int y = 0; y < 4; ++y) {
-                    for (int x = 0; x < nWidth; ++x) {
-                        ASSERT_EQ(At(x, y), color(x, y)) << picture.nBits << " bits: " << x << "," << y;
-                    }
-                }
-            }
-        }
-    }
-
     CScratchDirectory m_directory;
     CBitmap m_bitmap;
 };
 
-TEST_F(BitmapFile, ReadsPalettesAndTrueColours) {
-    for (const auto& [nBits, bOldHeader] : {std::pair{1, false}, {4, false}, {8, false}, {8, true}}) {
-        Picture picture{.nBits = nBits, .bOldHeader = bOldHeader};
-        const std::uint32_t nColors = 1U << nBits;
-        for (std::uint32_t i = 0; i < nColors; ++i) {
+// Widths that end within a byte and within the padding of a row, both orders of the rows, both headers.
+TEST_F(BitmapFile, ReadsPalettes) {
+    const auto index = [](int x, int y) { return static_cast<std::uint32_t>(x * 13 + y * 29 + x * y) % 16; };
+    for (Picture picture : {Picture{.nWidth = 5, .nHeight = 4, .nBits = 4},
+                            {.nWidth = 9, .nHeight = -4, .nBits = 4},
+                            {.nWidth = 3, .nHeight = 4, .nBits = 8, .bOldHeader = true}}) {
+        for (std::uint32_t i = 0; i < 1U << picture.nBits; ++i) {
             picture.palette.push_back({static_cast<std::uint8_t>(255 - i), static_cast<std::uint8_t>(i * 7),
                                        static_cast<std::uint8_t>(i * 31 + 9)});
         }
-        const auto index = [nColors](int x, int y) {
-            return static_cast<std::uint32_t>(x * 13 + y * 29 + x * y) % nColors;
-        };
-        Expect(picture, index, [&](int x, int y) { return Packed(picture.palette[index(x, y)]); });
-    }
-    const auto value = [](int x, int y) {
-        return static_cast<std::uint32_t>(x * 0x123457 + y * 0x0F0E0D + 0x010203) & 0xFFFFFF;
-    };
-    // The fourth byte says nothing here.
-    const auto stored = [value](int x, int y) { return value(x, y) | 0x5A000000U; };
-    for (const int nBits : {24, 32}) {
-        Expect({.nBits = nBits}, stored, value);
+        ASSERT_TRUE(Load(Encode(picture, Pack(picture, index))));
+        ASSERT_EQ(m_bitmap.GetSize().cx, picture.nWidth);
+        ASSERT_EQ(m_bitmap.GetSize().cy, 4);
+        for (int y = 0; y < 4; ++y) {
+            for (int x = 0; x < picture.nWidth; ++x) {
+                ASSERT_EQ(At(x, y), Packed(picture.palette[index(x, y)])) << x << "," << y;
+            }
+        }
     }
 }
 

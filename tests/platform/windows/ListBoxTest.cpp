@@ -131,40 +131,4 @@ TEST_F(ListBox, OnlyTheUserIsReported) {
     EXPECT_THAT(Reports(), ElementsAre("command:8/1"));
 }
 
-// The handler that deletes rows and takes the focus, as owners of a list do.
-TEST_F(ListBox, ItsOwnerMayChangeItWhileItReports) {
-    m_wnd.m_on[WM_COMMAND] = [this] {
-        m_list.DeleteString(m_list.GetCount() - 1);
-        m_list.SetFocus();
-        return 0;
-    };
-    Fill({"a", "b", "c"});
-    m_list.SetCurSel(0);
-    for (const auto& [nKey, nSelected] : {std::pair{g_nDown, 1}, {g_nUp, 0}}) {
-        toolkit::Key(m_list, nKey);
-        EXPECT_EQ(m_list.GetCurSel(), nSelected);
-    }
-    EXPECT_EQ(m_list.GetCount(), 1);
-    EXPECT_THAT(Reports(), ElementsAre("command:8/1", "command:8/1"));
-}
-
-// A class that keeps the characters to itself: letters don't move the selection, arrows do.
-TEST_F(ListBox, ACharacterThatIsNotPassedOnNeverReachesTheList) {
-    Log keys;
-    CRecording<CListBox> list(keys);
-    list.m_on[WM_CHAR] = [] { return 0; };
-    ASSERT_TRUE(list.Create(WS_VISIBLE | LBS_NOTIFY, {0, 120, 100, 200}, &m_wnd, 9));
-    for (CListBox* const pList : {static_cast<CListBox*>(&list), &m_list}) {
-        for (const char* szRow : {"alpha", "beta", "gamma"}) {
-            pList->AddString(szRow);
-        }
-        pList->SetCurSel(0);
-        toolkit::Key(*pList, 'G', "g");
-    }
-    EXPECT_EQ(m_list.GetCurSel(), 2) << "the plain list looks for the letter itself";
-    EXPECT_EQ(list.GetCurSel(), 0);
-    toolkit::Key(list, g_nDown);
-    EXPECT_EQ(list.GetCurSel(), 1);
-}
-
 }  // namespace

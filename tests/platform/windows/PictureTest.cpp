@@ -144,18 +144,6 @@ TEST(PictureThreads, DrawingAtFullSpeedSurvivesTheClosingOfTheWindow) {
     }
 }
 
-TEST_F(Picture, WhatAThreadDrewLastIsWhatTheScreenShows) {
-    for (int nRound = 0; nRound < 5; ++nRound) {
-        std::jthread([this, nRound] {
-            for (int i = 0; i < 20000; ++i) {
-                Fill(m_wnd, {i % g_cx, (i / 7) % g_cy, i % g_cx + 5, (i / 7) % g_cy + 5},
-                     static_cast<COLORREF>(i * 31 + nRound));
-            }
-        }).join();
-        EXPECT_TRUE(toolkit::WaitUntil([this] { return ShowsPicture(m_wnd); }));
-    }
-}
-
 TEST_F(Picture, ATextFromAnotherThreadComesWithTheNextRefreshAndNeverWaits) {
     CStatic text;
     ASSERT_TRUE(text.Create("before", WS_VISIBLE, {0, 0, 100, 20}, &m_wnd));

@@ -8,7 +8,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <array>
 #include <memory>
 
 namespace {
@@ -17,64 +16,6 @@ using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Not;
-
-// --- Message maps -----------------------------------------------------------------------------------------
-
-class CBaseWnd : public CWnd {
-public:
-    Log m_log;
-
-protected:
-    const CMessageMap& GetMessageMap() const override {
-        static constexpr std::array entries{MapCommand<&CBaseWnd::OnSeven>(7),
-                                            MapCommand<&CBaseWnd::OnEight>(8),
-                                            MapMessage<&CBaseWnd::OnUser>(WM_USER + 1)};
-        static const CMessageMap map{entries, &CWnd::GetMessageMap()};
-        return map;
-    }
-    void OnSeven() { m_log.emplace_back("base 7"); }
-    void OnEight() { m_log.emplace_back("base 8"); }
-    LRESULT OnUser(WPARAM wParam, LPARAM lParam) { return static_cast<LRESULT>(wParam) + lParam; }
-};
-
-class CDerivedWnd : public CBaseWnd {
-protected:
-    const CMessageMap& GetMessageMap() const override {
-        static constexpr std::array entries{MapCommand<&CDerivedWnd::OnMine>(7),
-                                            MapCommandRange<&CDerivedWnd::OnNote>(10100, 10311),
-                                            MapNotification<&CDerivedWnd::OnSelect>(LBN_SELCHANGE, 8)};
-        static const CMessageMap map{entries, &CBaseWnd::GetMessageMap()};
-        return map;
-    }
-    void OnMine() { m_log.emplace_back("derived 7"); }
-    void OnNote(int nId) { m_log.push_back(FormatText("note %d", nId)); }
-    void OnSelect() { m_log.emplace_back("select 8"); }
-};
-
-TEST(MessageMap, TheNearestClassWinsAndCommandsGoByCodeAndRange) {
-    struct Case {
-        int nId;
-        UINT nCode;
-        Log expected;
-    };
-    const Case cases[] = {{7, BN_CLICKED, {"derived 7"}},
-                          {8, BN_CLICKED, {"base 8"}},
-                          {8, LBN_SELCHANGE, {"select 8"}},
-                          {7, LBN_SELCHANGE, {}},
-                          {10099, BN_CLICKED, {}},
-                          {10100, BN_CLICKED, {"note 10100"}},
-                          {10311, BN_CLICKED, {"note 10311"}},
-                          {10312, BN_CLICKED, {}}};
-    CDerivedWnd wnd;
-    ASSERT_TRUE(wnd.CreateEx(WS_CAPTION, "map", {}, nullptr, 0));
-    for (const Case& test : cases) {
-        wnd.m_log.clear();
-        wnd.SendMessage(WM_COMMAND, MakeCommandParam(test.nId, test.nCode));
-        EXPECT_EQ(wnd.m_log, test.expected) << test.nId << "/" << test.nCode;
-    }
-    EXPECT_EQ(wnd.SendMessage(WM_USER + 1, 5, -7), -2);
-    EXPECT_EQ(wnd.SendMessage(WM_USER + 2, 5, -7), 0);
-}
 
 // --- Life -------------------------------------------------------------------------------------------------
 
@@ -198,18 +139,6 @@ TEST(WndPlace, TheClientAreaIsExactAndTheFrameIsReckonedTheSameWayEverywhere) {
     wnd.ScreenToClient(pt);
     EXPECT_EQ(pt.x, 17);
     EXPECT_EQ(pt.y, 23);
-    // Minimising and restoring are moves.
-    for (const bool bIconic : {true, false}) {
-        Log moves;
-        wnd.m_on[WM_MOVE] = [&] {
-            moves.emplace_back(wnd.IsIconic() ? "minimised" : "normal");
-            return 0;
-        };
-        wnd.ShowWindow(bIconic ? SW_MINIMIZE : SW_RESTORE);
-        EXPECT_THAT(moves, Contains(bIconic ? "minimised" : "normal"));
-        EXPECT_EQ(wnd.IsIconic(), bIconic);
-        wnd.m_on.clear();
-    }
 }
 
 // --- Mouse and keyboard -----------------------------------------------------------------------------------
