@@ -120,22 +120,17 @@ TEST_F(DevicePage, ShowsEachKindOfMidiOutput) {
                           {g_nVersion, "Square", MOD_SQSYNTH, 1, 2},
                           {g_nVersion, "FM", MOD_FMSYNTH, 1, 2},
                           {g_nVersion, "Synthesizer", MOD_SYNTH, 1, 2}};
-    struct Row {
-        const char* szFm;
-        const char* szKind;
-    };
-    constexpr const char* szNoFm = "No FM support";
-    constexpr std::array rows{Row{szNoFm, "Microsoft MIDI mapped"}, Row{szNoFm, "MIDI Hardware port enabled"},
-                              Row{szNoFm, "Square wave synthesizer detected"}, Row{"FM support", nullptr},
-                              Row{szNoFm, "MIDI Synthesizer detected"}};
+    constexpr const char* NO_FM = "No FM support";
+    const std::vector<std::vector<CString>> kinds{{NO_FM, "Microsoft MIDI mapped"},
+                                                  {NO_FM, "MIDI Hardware port enabled"},
+                                                  {NO_FM, "Square wave synthesizer detected"},
+                                                  {"FM support"},
+                                                  {NO_FM, "MIDI Synthesizer detected"}};
     Run(0, 0, [&] {
         EXPECT_THAT(toolkit::ComboRows(Item(g_nMidiCombo)),
                     ElementsAre("Preferred Midi output device", "Port", "Square", "FM", "Synthesizer"));
-        for (std::size_t i = 0; i < rows.size(); ++i) {
-            std::vector<CString> expected{rows.at(i).szFm};
-            if (rows.at(i).szKind != nullptr) {
-                expected.emplace_back(rows.at(i).szKind);
-            }
+        for (std::size_t i = 0; i < kinds.size(); ++i) {
+            std::vector<CString> expected = kinds[i];
             expected.insert(expected.end(),
                             {"Simultaneous notes:\t2", "Number of voices:\t\t1", "Driver version:\t\t16.2"});
             EXPECT_EQ(Rows(g_nMidiList), expected) << i;

@@ -171,20 +171,20 @@ TEST_F(OptionsSheet, OpensTheColorDialogForAPressAndReleaseOnOneSquare) {
 }
 
 TEST_F(OptionsSheet, TakesTheColorOfTheDialog) {
-    for (std::size_t i = 0; i < g_chosen.size(); ++i) {
-        for (const COLORREF clr : {COLORREF{0x804020}, g_chosen.at(i)}) {
-            Colors expected = g_chosen;
-            expected.at(i) = clr;
-            Run([&] {
+    for (const bool bSame : {false, true}) {
+        Colors expected = g_chosen;
+        Run([&] {
+            for (std::size_t i = 0; i < g_chosen.size(); ++i) {
+                expected.at(i) = bSame ? g_chosen.at(i) : 0x804020;
                 const POINT pt = PointAt(static_cast<int>(i), {8, 8});
                 toolkit::Press(Page(), pt);
-                EXPECT_TRUE(ReleaseOpens(pt, clr));
+                EXPECT_TRUE(ReleaseOpens(pt, expected.at(i)));
                 EXPECT_EQ(m_clrFirst, g_chosen.at(i));
                 EXPECT_EQ(Page().m_clr, expected);
                 EXPECT_EQ(ShownColors(), expected);
                 EXPECT_TRUE(CanApply()) << "also where the colour is the same";
-            });
-        }
+            }
+        });
     }
     EXPECT_EQ(ColorsOf(m_store), g_chosen);
 }
