@@ -1,6 +1,5 @@
 #include "platform/windows/Button.h"
 #include "platform/windows/Static.h"
-#include "platform/windows/SystemMetrics.h"
 #include "platform/windows/Wnd.h"
 #include "platform/windows/support/RecordingWnd.h"
 #include "platform/windows/support/Toolkit.h"
@@ -116,29 +115,6 @@ TEST(WndTimer, TicksUntilKilledAndNeverAfterTheEnd) {
     log.clear();
     toolkit::RunFor(20);
     EXPECT_THAT(log, IsEmpty());
-}
-
-// --- Place ------------------------------------------------------------------------------------------------
-
-TEST(WndPlace, TheClientAreaIsExactAndTheFrameIsReckonedTheSameWayEverywhere) {
-    Log log;
-    CRecordingWnd wnd(log);
-    ASSERT_TRUE(wnd.Open(500, 396));
-    wnd.CenterWindow();
-    wnd.ShowWindow(SW_SHOWNORMAL);
-    toolkit::RunPending();
-    EXPECT_EQ(wnd.GetClientRect(), (RECT{0, 0, 500, 396}));
-    const auto shot = toolkit::GrabScreen(wnd);
-    EXPECT_EQ(shot.nWidth, 500);
-    EXPECT_EQ(shot.nHeight, 396);
-    POINT pt{17, 23};
-    wnd.ClientToScreen(pt);
-    const RECT rc = wnd.GetWindowRect();
-    EXPECT_EQ(pt.x - rc.left - GetSystemMetrics(SM_CXFIXEDFRAME), 17);
-    EXPECT_EQ(pt.y - rc.top - GetSystemMetrics(SM_CYMENU) - GetSystemMetrics(SM_CYFIXEDFRAME), 23);
-    wnd.ScreenToClient(pt);
-    EXPECT_EQ(pt.x, 17);
-    EXPECT_EQ(pt.y, 23);
 }
 
 // --- Mouse and keyboard -----------------------------------------------------------------------------------

@@ -3,8 +3,6 @@
 #include "platform/base/String.h"
 #include "platform/windows/Wnd.h"
 
-#include <algorithm>
-#include <array>
 #include <functional>
 #include <map>
 #include <string>
@@ -39,35 +37,25 @@ protected:
 
 private:
     void Note(UINT nMessage, WPARAM wParam, LPARAM lParam) const {
-        enum class Kind { Name, Word, Point };
-        struct Row {
-            UINT nMessage;
-            const char* szName;
-            Kind kind;
-        };
-        static constexpr std::array s_rows{
-            Row{WM_CREATE, "create", Kind::Name},        Row{WM_DESTROY, "destroy", Kind::Name},
-            Row{WM_CLOSE, "close", Kind::Name},          Row{WM_PAINT, "paint", Kind::Name},
-            Row{WM_TIMER, "timer", Kind::Word},          Row{WM_KEYDOWN, "keydown", Kind::Word},
-            Row{WM_KEYUP, "keyup", Kind::Word},          Row{WM_CHAR, "char", Kind::Word},
-            Row{WM_COMMAND, "command", Kind::Word},      Row{WM_LBUTTONDOWN, "ldown", Kind::Point},
-            Row{WM_LBUTTONUP, "lup", Kind::Point},       Row{WM_RBUTTONDOWN, "rdown", Kind::Point},
-            Row{WM_RBUTTONUP, "rup", Kind::Point},       Row{WM_MOUSEMOVE, "move", Kind::Point},
-            Row{WM_CONTEXTMENU, "context", Kind::Point}, Row{WM_NCHITTEST, "hit", Kind::Point},
-        };
-        const auto found = std::find_if(s_rows.begin(), s_rows.end(),
-                                        [nMessage](const Row& row) { return row.nMessage == nMessage; });
-        if (found == s_rows.end()) {
+        // What follows a name: its word behind a colon, its point behind a bracket.
+        static const std::map<UINT, const char*> s_names{
+            {WM_CREATE, "create"},      {WM_DESTROY, "destroy"}, {WM_CLOSE, "close"},
+            {WM_PAINT, "paint"},        {WM_TIMER, "timer:"},    {WM_KEYDOWN, "keydown:"},
+            {WM_KEYUP, "keyup:"},       {WM_CHAR, "char:"},      {WM_COMMAND, "command:"},
+            {WM_LBUTTONDOWN, "ldown("}, {WM_LBUTTONUP, "lup("},  {WM_RBUTTONDOWN, "rdown("},
+            {WM_RBUTTONUP, "rup("},     {WM_MOUSEMOVE, "move("}, {WM_CONTEXTMENU, "context("},
+            {WM_NCHITTEST, "hit("}};
+        const auto found = s_names.find(nMessage);
+        if (found == s_names.end()) {
             return;
         }
-        std::string strNote = m_strPrefix + found->szName;
-        const POINT pt = PointOfParam(lParam);
+        std::string strNote = m_strPrefix + found->second;
         if (nMessage == WM_COMMAND) {
-            strNote += FormatText(":%d/%u", IdOfCommand(wParam), CodeOfCommand(wParam));
-        } else if (found->kind == Kind::Word) {
-            strNote += FormatText(":%d", static_cast<int>(wParam));
-        } else if (found->kind == Kind::Point) {
-            strNote += FormatText("(%d,%d)", pt.x, pt.y);
+            strNote += FormatText("%d/%u", IdOfCommand(wParam), CodeOfCommand(wParam));
+        } else if (strNote.back() == ':') {
+            strNote += FormatText("%d", static_cast<int>(wParam));
+        } else if (strNote.back() == '(') {
+            strNote += FormatText("%d,%d)", PointOfParam(lParam).x, PointOfParam(lParam).y);
         }
         m_log.push_back(strNote);
     }
