@@ -1,9 +1,9 @@
 #include "platform/drawing/Dc.h"
 #include "platform/drawing/Font.h"
 #include "platform/drawing/Picture.h"
+#include "platform/drawing/ToolkitFont.h"
 
 #include <QtCore/QString>
-#include <QtCore/QStringList>
 #include <QtGui/QFont>
 #include <QtGui/QFontMetrics>
 #include <QtGui/QGuiApplication>
@@ -17,14 +17,9 @@ QColor ToQtColor(COLORREF clr) {
     return {GetRed(clr), GetGreen(clr), GetBlue(clr)};
 }
 
-QFont ToQtFont(const CFont& font) {
-    QStringList families;
-    for (const CString& strFamily : font.GetFamilies()) {
-        families.append(QString::fromStdString(strFamily));
-    }
-    QFont result;
-    result.setFamilies(families);
-    result.setPixelSize(font.GetPixelSize());
+// As it is drawn into a picture.
+QFont ToPictureFont(const CFont& font) {
+    QFont result = ToToolkitFont(font);
     // Grey edges only: coloured ones would look wrong on any ground but the one they were made for.
     result.setStyleStrategy(QFont::NoSubpixelAntialias);
     // The same letters on screens of every density; without a word the toolkit hints only where it does not
@@ -47,7 +42,7 @@ bool CDC::GetTextMetrics(TEXTMETRIC* pMetrics) const {
         return false;
     }
     try {
-        const QFontMetrics metrics(ToQtFont(*m_pFont));
+        const QFontMetrics metrics(ToPictureFont(*m_pFont));
         *pMetrics = {metrics.ascent() + metrics.descent(), metrics.ascent(), metrics.descent()};
         return true;
     } catch (const std::exception&) {
@@ -62,7 +57,7 @@ int CDC::DrawText(const CString& strText, const RECT& rc, UINT nFormat) {
     }
     const RECT rcClip = pSurface->Clip(rc.left, rc.top, rc.right, rc.bottom);
     try {
-        const QFont font = ToQtFont(*m_pFont);
+        const QFont font = ToPictureFont(*m_pFont);
         const QFontMetrics metrics(font);
         const QString text = QString::fromStdString(strText);
         const int nHeight = metrics.ascent() + metrics.descent();

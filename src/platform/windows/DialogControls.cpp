@@ -1,6 +1,6 @@
 #include "platform/windows/DialogControls.h"
 
-#include "platform/drawing/Font.h"
+#include "platform/drawing/ToolkitFont.h"
 #include "platform/windows/Button.h"
 #include "platform/windows/ComboBox.h"
 #include "platform/windows/DialogUnits.h"

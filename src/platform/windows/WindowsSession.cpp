@@ -1,7 +1,7 @@
 #include "platform/windows/WindowsSession.h"
 
-#include "platform/drawing/Font.h"
 #include "platform/drawing/SysColors.h"
+#include "platform/drawing/ToolkitFont.h"
 #include "platform/windows/WndState.h"
 
 #include <QtGui/QFont>

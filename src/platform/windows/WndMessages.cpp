@@ -1,3 +1,4 @@
+#include "platform/drawing/ToolkitFont.h"
 #include "platform/windows/WndState.h"
 
 #include <QtWidgets/QWidget>

@@ -11,7 +11,6 @@
 #include <vector>
 
 class QEvent;
-class QFont;
 class QPalette;
 class QWidget;
 
@@ -127,7 +126,6 @@ RECT ClientAreaOf(const QWidget& widget);
 // A widget's text is its title, label or content, whichever it has.
 void SetWidgetText(QWidget& widget, const CString& strText);
 
-QFont ToToolkitFont(const CFont& font);
 // Fills the table behind GetSysColor from a palette.
 void ReadSystemColors(const QPalette& palette);
 

@@ -1,9 +1,7 @@
-#include "platform/drawing/Font.h"
 #include "platform/windows/Messages.h"
 #include "platform/windows/WndState.h"
 
 #include <QtCore/QSignalBlocker>
-#include <QtGui/QFont>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QGroupBox>
 #include <QtWidgets/QLabel>
@@ -23,17 +21,6 @@ void SetWidgetText(QWidget& widget, const CString& strText) {
     } else {
         widget.setWindowTitle(text);
     }
-}
-
-QFont ToToolkitFont(const CFont& font) {
-    QStringList families;
-    for (const CString& strFamily : font.GetFamilies()) {
-        families.append(QString::fromStdString(strFamily));
-    }
-    QFont result;
-    result.setFamilies(families);
-    result.setPixelSize(font.GetPixelSize());
-    return result;
 }
 
 void CWnd::SetWindowText(const CString& strText) {
