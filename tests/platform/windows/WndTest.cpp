@@ -1,4 +1,5 @@
 #include "platform/windows/Button.h"
+#include "platform/windows/Slider.h"
 #include "platform/windows/Static.h"
 #include "platform/windows/Wnd.h"
 #include "platform/windows/support/RecordingWnd.h"
@@ -7,7 +8,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <memory>
+#include <tuple>
+#include <utility>
 
 namespace {
 
@@ -15,6 +19,60 @@ using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Not;
+
+// --- Message maps -----------------------------------------------------------------------------------------
+
+class CMapped : public CRecordingWnd {
+public:
+    using CRecordingWnd::CRecordingWnd;
+    std::string m_strCalled;
+
+protected:
+    const CMessageMap& GetMessageMap() const override {
+        static constexpr std::array entries{MapCommand<&CMapped::OnSeven>(7),
+                                            MapNotification<&CMapped::OnSelect>(LBN_SELCHANGE, 8),
+                                            MapCommandRange<&CMapped::OnNote>(100, 311)};
+        static const CMessageMap map{entries, &CRecordingWnd::GetMessageMap()};
+        return map;
+    }
+    void OnSeven() { m_strCalled = "seven"; }
+    void OnSelect() { m_strCalled = "select"; }
+    void OnNote(int nId) { m_strCalled = FormatText("note %d", nId); }
+};
+
+TEST(MessageMap, CommandsGoByCodeAndRange) {
+    Log log;
+    CMapped wnd(log);
+    ASSERT_TRUE(wnd.Open(50, 50));
+    for (const auto& [nId, nCode, szCalled] : {std::tuple{7, BN_CLICKED, "seven"},
+                                               {7, LBN_SELCHANGE, ""},
+                                               {8, LBN_SELCHANGE, "select"},
+                                               {8, BN_CLICKED, ""},
+                                               {99, BN_CLICKED, ""},
+                                               {100, BN_CLICKED, "note 100"},
+                                               {311, BN_CLICKED, "note 311"},
+                                               {312, BN_CLICKED, ""}}) {
+        wnd.m_strCalled.clear();
+        wnd.SendMessage(WM_COMMAND, MakeCommandParam(nId, nCode));
+        EXPECT_EQ(wnd.m_strCalled, szCalled) << nId << "/" << nCode;
+    }
+}
+
+TEST(Slider, StaysInItsRangeAndMovesByAFifthOfIt) {
+    Log log;
+    CRecordingWnd wnd(log);
+    CSliderCtrl slider;
+    ASSERT_TRUE(wnd.Open(200, 60));
+    ASSERT_TRUE(slider.Create(WS_VISIBLE, {10, 10, 170, 40}, &wnd, 1));
+    wnd.ShowWindow(SW_SHOW);
+    slider.SetRange(-20, 30);
+    for (const auto& [nPos, nExpected] : {std::pair{99, 30}, {-99, -20}}) {
+        slider.SetPos(nPos);
+        EXPECT_EQ(slider.GetPos(), nExpected);
+    }
+    toolkit::Click(slider, {120, 10});
+    EXPECT_EQ(slider.GetPos(), -10);
+}
 
 // --- Life -------------------------------------------------------------------------------------------------
 
