@@ -77,13 +77,6 @@ TEST(PresetFile, ABrokenRecordIsCountedOnceWhereverItsLinesEnd) {
     ExpectRead(ONE + "bad\t0\t4\t0\n9\tx\nworse\tx\t1" + TWO, true, 2, "one|two|");
 }
 
-TEST(PresetFile, NamesAreCutTo254Bytes) {
-    const CString strLong(254, 'x');
-    ExpectRead(Record(strLong) + '\n' + Record(strLong + "y") + '\n' + Record("next"), true, 0,
-               strLong + '|' + strLong + "|next|");
-    ExpectRead(Record(CString(253, 'x') + "\xE4\xB8\x89"), true, 0, CString(253, 'x') + '|');
-}
-
 // A line end behind the last number is no longer the end: an empty name follows.
 TEST(PresetFile, CutAnywhereItGivesWholeRecordsOnly) {
     const CString strWhole = Record("one") + TWO + "\n" + Record("three") + "\n";

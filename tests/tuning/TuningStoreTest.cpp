@@ -141,7 +141,6 @@ TEST(TuningStore, TuningsHaveFourteenFields) {
         ASSERT_TRUE(store.LoadText(strText + "surplus\t0\t99\tx\n"));
         EXPECT_EQ(store.SaveText(), strText);
     }
-    EXPECT_EQ(At(store, 0).m_dwTag, 4294967295U);
     EXPECT_EQ(At(store, 1).m_strings,
               (std::array<StringNote, 6>{{{0, 2}, {1, 1}, {2, 0}, {3, 2}, {4, 1}, {5, 0}}}));
     EXPECT_EQ(store.GetCurrentTuning()->m_strName, "in force");

@@ -63,15 +63,6 @@ TEST_P(WayOutTest, EndsFramesAndWindow) {
     }
 }
 
-TEST_P(WayOutTest, EndsTheProcess) {
-    WriteState(2, 0);
-    PlayWithoutPause();
-    EXPECT_EQ(RunApplication(GetParam().pfnGo), 0);
-    EXPECT_EQ(StateField(7), "2");
-    EXPECT_EQ(m_fake->GetOpenCount(), 0);
-    EXPECT_FALSE(m_directory.Exists("errorlog.txt"));
-}
-
 INSTANTIATE_TEST_SUITE_P(
     Ways, WayOutTest,
     testing::Values(WayOut{"CloseBox", [](CTunerWnd& wnd) { toolkit::CloseBox(wnd); }},
@@ -147,6 +138,7 @@ TEST_F(ClosingTest, ObeysATerminationWhateverIsOpen) {
               }),
               0);
     EXPECT_EQ(StateField(9), "0") << "no tuning was added";
+    EXPECT_EQ(m_fake->GetOpenCount(), 0);
     // The box that tells of a failure, while the window comes up.
     m_fake->SetDevices({});
     toolkit::Later([] { raise(SIGTERM); });

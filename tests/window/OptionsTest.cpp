@@ -69,35 +69,33 @@ protected:
     }
 };
 
-class ColorOptions : public OptionsTest, public ::testing::WithParamInterface<int> {};
-
 // Whatever brings the colours into force, the window looks as one that started with them, the grey needle
 // included.
-TEST_P(ColorOptions, MakeTheWindowLookLikeOneThatStartedWithThem) {
-    const bool bApply = GetParam() == APPLY;
+TEST_F(OptionsTest, MakeTheWindowLookLikeOneThatStartedWithTheirColors) {
     StartWith(DEFAULT_COLORS, 0);
     const auto wanted = PictureLater();
     Close();
-
-    OpenWith(OTHER_COLORS, 0);
-    const auto other = PictureLater();
-    EXPECT_NE(other, wanted);
-    InOptions([](const COptionsSheet&) { toolkit::ClickInModal(DEFAULTS); });
-    EXPECT_EQ(PictureLater(), other) << "cancelled";
-    EXPECT_EQ(Access().Store().GetLowColor(), 65535U);
-    InOptions([&](const COptionsSheet&) {
-        toolkit::ClickInModal(DEFAULTS);
-        toolkit::ClickInModal(GetParam());
-        if (bApply) {
-            EXPECT_EQ(PictureLater(), wanted) << "while the sheet is open";
-        }
-    });
-    EXPECT_EQ(PictureLater(), wanted);
-    EXPECT_EQ(Access().Store().GetLowColor(), CTuningStore::DEFAULT_LOW_COLOR);
-    EXPECT_EQ(OpenedDevices().size(), 2U) << "the capture goes on";
+    for (const int nButton : {APPLY, int{IDOK}}) {
+        OpenWith(OTHER_COLORS, 0);
+        const auto other = PictureLater();
+        EXPECT_NE(other, wanted);
+        InOptions([](const COptionsSheet&) { toolkit::ClickInModal(DEFAULTS); });
+        EXPECT_EQ(PictureLater(), other) << "cancelled";
+        EXPECT_EQ(Access().Store().GetLowColor(), 65535U);
+        InOptions([&](const COptionsSheet&) {
+            toolkit::ClickInModal(DEFAULTS);
+            toolkit::ClickInModal(nButton);
+            if (nButton == APPLY) {
+                EXPECT_EQ(PictureLater(), wanted) << "while the sheet is open";
+            }
+        });
+        EXPECT_EQ(PictureLater(), wanted);
+        EXPECT_EQ(Access().Store().GetLowColor(), CTuningStore::DEFAULT_LOW_COLOR);
+        EXPECT_EQ(m_fake->GetOpenCount(), 1) << "the capture goes on";
+        Close();
+    }
+    EXPECT_EQ(OpenedDevices().size(), 3U) << "one for each window";
 }
-
-INSTANTIATE_TEST_SUITE_P(, ColorOptions, ::testing::Values(APPLY, int{IDOK}));
 
 TEST_F(OptionsTest, StartTheCaptureAnewOnAnotherDevice) {
     m_fake->SetDevices({{}, {}});
