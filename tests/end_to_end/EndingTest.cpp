@@ -61,7 +61,12 @@ protected:
     }
     void FindTuner() {
         const auto place = m_hand->FindWindow(TUNER);
-        ASSERT_TRUE(place) << m_stage.ReadFile("program.log");
+        if (!place) {
+            SavePng(m_stage.Grab().value_or(Picture{}),
+                    fs::path(FRETVANE_BINARY_DIR) / "pictures" / "ending.png");
+        }
+        ASSERT_TRUE(place) << "see pictures/ending.png; " << m_stage.ReadFile("program.log")
+                           << m_stage.ReadFile("errorlog.txt");
         m_tuner = *place;
     }
     // Client coordinates of the tuner's window.
