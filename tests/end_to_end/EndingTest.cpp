@@ -60,7 +60,7 @@ protected:
         FindTuner();
     }
     void FindTuner() {
-        const auto place = m_hand->FindWindow(TUNER);
+        const auto place = m_hand->FindWindow(TUNER, 30s);
         if (!place) {
             SavePng(m_stage.Grab().value_or(Picture{}),
                     fs::path(FRETVANE_BINARY_DIR) / "pictures" / "ending.png");
