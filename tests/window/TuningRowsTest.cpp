@@ -109,10 +109,11 @@ TEST_F(TuningRowsTest, AddsTheTuningInForceUnderAName) {
     EXPECT_TRUE(Note(0).IsNote(2, 0));
     EXPECT_EQ(Access().Current().m_dwTag, 4U) << "the tag is carried along";
     EXPECT_TRUE(toolkit::WaitUntil([this] { return CWnd::GetFocus() == &Access().List(); }));
+    ClickOn(1);
     Access().SetString(5, 9, 1);
     for (const std::optional<CString>& strAnswer : {std::optional<CString>(""), std::optional<CString>()}) {
         Add(strAnswer);
-        Expect({"Mine", "空弦 née", TEMPORARY}, 4, true);
+        Expect({"Mine", "空弦 née", TEMPORARY}, 4, false);
         EXPECT_EQ(CustomCount(), 2);
     }
     Add("New");
