@@ -15,8 +15,8 @@
 namespace {
 
 constexpr int g_nDialogFontTenths = 80;
-// The toolkit draws the arrow of a chosen menu item anew each time, under a name of its own, and keeps picture
-// and name for good. It keeps what finds room; nothing else here needs any.
+// The toolkit draws the arrow of a chosen menu item anew each time, under a name of its own, and keeps
+// picture and name for good. It keeps what finds room; nothing else here needs any.
 constexpr int g_nPictureCacheKb = 0;
 
 // What the toolkit says while it can't open the display, so that our own message can give the reason.
