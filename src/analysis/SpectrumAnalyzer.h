@@ -110,7 +110,8 @@ private:
     void JudgeProbes(std::span<const int> probes, const CProbeBank::CBands& bands);
     void JudgeProbe(int nProbe, float fScore, std::int32_t nVerdict);
     void AcceptProbes();
-    bool IsMatchedLikeBefore(int nProbe, std::span<const int> before) const;
+    bool IsMatchedLikeBefore(int nProbe, std::span<const int> before);
+    std::span<int> MatchesOf(int nProbe);
     void MatchProbe(float fFrequency, int nProbe);
     float FillSlots(int nProbe);
     float ScoreProbe(float fFrequency, int nProbe);

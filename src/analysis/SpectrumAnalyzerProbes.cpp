@@ -126,8 +126,9 @@ void CSpectrumAnalyzer::JudgeProbe(int nProbe, float fScore, std::int32_t nVerdi
     }
     float& fLeast = m_afLeastScore[static_cast<std::size_t>(nProbe)];
     fLeast = std::min(fLeast, m_pfProbeScore[nProbe]);
+    const int nHighest = m_nSampleRate / 2;
     const double dLifted = nDivisor * static_cast<double>(m_pfProbeFrequency[nProbe]);
-    if (bLifted && dLifted < m_nSampleRate / 2) {
+    if (bLifted && dLifted < nHighest) {
         m_pfProbeFrequency[nProbe] = static_cast<float>(dLifted);
         m_waiting.Add(nProbe);
     } else if (bUnsure ? IsFundamental(nProbe) : (nVerdict & CProbeBank::FUNDAMENTAL) != 0) {
@@ -157,20 +158,24 @@ void CSpectrumAnalyzer::AcceptProbes() {
     m_pfProbeFrequency.FillZero();
 }
 
-bool CSpectrumAnalyzer::IsMatchedLikeBefore(int nProbe, std::span<const int> before) const {
-    const int* pnHarmonic = m_pnPeakHarmonic.Data() + nProbe * m_nMaxPeaks;
-    return std::any_of(before.begin(), before.end(), [this, nProbe, pnHarmonic](int nBefore) {
+bool CSpectrumAnalyzer::IsMatchedLikeBefore(int nProbe, std::span<const int> before) {
+    const auto matches = MatchesOf(nProbe);
+    return std::any_of(before.begin(), before.end(), [this, nProbe, matches](int nBefore) {
         return m_pfProbeScore[nBefore] == m_pfProbeScore[nProbe] &&
-               std::equal(pnHarmonic, pnHarmonic + m_nMaxPeaks,
-                          m_pnPeakHarmonic.Data() + nBefore * m_nMaxPeaks);
+               std::equal(matches.begin(), matches.end(), MatchesOf(nBefore).begin());
     });
+}
+
+// The harmonics that the probe gives the peaks.
+std::span<int> CSpectrumAnalyzer::MatchesOf(int nProbe) {
+    const auto nPeaks = static_cast<std::size_t>(m_nMaxPeaks);
+    return m_pnPeakHarmonic.All().subspan(static_cast<std::size_t>(nProbe) * nPeaks, nPeaks);
 }
 
 void CSpectrumAnalyzer::MatchProbe(float fFrequency, int nProbe) {
     const auto fLow = static_cast<float>(static_cast<double>(fFrequency) * m_fBandRatio);
     const auto fHigh = static_cast<float>(static_cast<double>(fFrequency) / m_fBandRatio);
-    MatchHarmonics(m_pfPeakFrequency.Data(), m_nMaxPeaks, fLow, fHigh,
-                   m_pnPeakHarmonic.Data() + nProbe * m_nMaxPeaks);
+    MatchHarmonics(m_pfPeakFrequency.Data(), m_nMaxPeaks, fLow, fHigh, MatchesOf(nProbe).data());
 }
 
 float CSpectrumAnalyzer::ScoreProbe(float fFrequency, int nProbe) {

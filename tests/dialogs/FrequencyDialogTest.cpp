@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <string>
 #include <vector>
 
 namespace {
@@ -111,14 +112,14 @@ TEST_F(FrequencyDialog, ClosesWithANumberInRangeOnly) {
                   IDCANCEL)
             << szBad;
     }
-    for (const auto& [szBound, fBound] : {std::pair{"430", 430.0F}, {"450", 450.0F}}) {
+    for (const int nBound : {430, 450}) {
         EXPECT_EQ(Run(440.0F,
                       [&] {
-                          toolkit::TypeText(Item(g_nEdit), szBound);
+                          toolkit::TypeText(Item(g_nEdit), std::to_string(nBound));
                           toolkit::Key(Item(g_nEdit), g_nReturn, "\r");
                       }),
                   IDOK);
-        EXPECT_EQ(m_dialog.m_fFrequency, fBound);
+        EXPECT_EQ(m_dialog.m_fFrequency, static_cast<float>(nBound));
     }
 }
 
