@@ -306,7 +306,8 @@ void FastSoak::RunStretch() {
 
 TEST_F(FastSoak, LeavesNoPixelWrongAndLosesNoBlockAndGrowsNowhere) {
     const char* const szSeconds = std::getenv("FRETVANE_SOAK_SECONDS");
-    const long nStretches = std::max((szSeconds != nullptr ? std::atol(szSeconds) : 60) * RATE / STRETCH, 4L);
+    const long nStretches =
+        std::max((szSeconds != nullptr ? std::strtol(szSeconds, nullptr, 10) : 60) * RATE / STRETCH, 4L);
     const auto start = std::chrono::steady_clock::now();
     // The first ones fill caches.
     const long nSettled = std::max(nStretches / 4, 3L);

@@ -4,9 +4,9 @@
 #include "end_to_end/Stage.h"
 
 #include <gtest/gtest.h>
-#include <signal.h>
 
 #include <chrono>
+#include <csignal>
 #include <fstream>
 #include <string>
 #include <thread>

@@ -26,6 +26,7 @@ public:
 
     std::vector<CString> Rows() {
         std::vector<CString> rows;
+        rows.reserve(static_cast<std::size_t>(List().GetCount()));
         for (int i = 0; i < List().GetCount(); ++i) {
             rows.push_back(List().GetText(i));
         }

@@ -174,6 +174,8 @@ void Key(const CWnd& wnd, int nToolkitKey, const CString& strText) {
 }
 
 void KeyIntoFocus(int nToolkitKey) {
+    // A window that was shown just now becomes the active one a little later.
+    ASSERT_TRUE(QTest::qWaitFor([] { return QApplication::focusWidget() != nullptr; }));
     QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(nToolkitKey));
 }
 
