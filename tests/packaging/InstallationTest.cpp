@@ -63,7 +63,8 @@ TEST(Installation, OffersTheIconInTheUsualSizes) {
     const fs::path icons = place.GetPath() / "share/icons/hicolor";
     for (const int nSize : {16, 24, 32, 48, 64, 128, 256}) {
         const std::string strSize = std::to_string(nSize);
-        const auto icon = LoadPicture(icons / (strSize + "x" + strSize) / "apps/fretvane.png");
+        const std::string strSizes = std::string(strSize).append("x").append(strSize);
+        const auto icon = LoadPicture(icons / strSizes / "apps/fretvane.png");
         ASSERT_TRUE(icon) << nSize;
         EXPECT_EQ(std::pair(icon->nWidth, icon->nHeight), std::pair(nSize, nSize));
     }

@@ -14,9 +14,9 @@ namespace {
 class Package : public testing::Test {
 protected:
     void SetUp() override {
-        ASSERT_TRUE(RunCommand(
-            {"cpack", "--config", FRETVANE_BINARY_DIR "/CPackConfig.cmake", "-B", m_place.GetPath()}, {},
-            std::chrono::seconds(60)));
+        const fs::path settings = fs::path(FRETVANE_BINARY_DIR) / "CPackConfig.cmake";
+        ASSERT_TRUE(RunCommand({"cpack", "--config", settings.string(), "-B", m_place.GetPath()}, {},
+                               std::chrono::seconds(60)));
         for (const auto& entry : fs::directory_iterator(m_place.GetPath())) {
             if (entry.path().extension() == ".deb") {
                 m_package = entry.path();
