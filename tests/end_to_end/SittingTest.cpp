@@ -38,7 +38,7 @@ protected:
         FindTuner();
     }
     void FindTuner() {
-        const auto place = m_hand->FindWindow(TUNER);
+        const auto place = m_hand->FindWindow(TUNER, 30s);
         ASSERT_TRUE(place) << m_stage.ReadFile("program.log");
         m_tuner = *place;
         ASSERT_EQ(m_tuner.nWidth, 500);
