@@ -84,9 +84,11 @@ bool CChildProcess::IsRunning() {
 std::optional<int> CChildProcess::WaitForEnd(std::chrono::milliseconds timeout) {
     const auto deadline = std::chrono::steady_clock::now() + timeout;
     while (m_pid > 0 && !m_exitCode) {
-        int nStatus = 0;
-        if (waitpid(m_pid, &nStatus, WNOHANG) == m_pid) {
-            m_exitCode = WIFEXITED(nStatus) ? WEXITSTATUS(nStatus) : 128 + WTERMSIG(nStatus);
+        // Left to be waited for until End: nobody else may come by its number, or that of its group, before.
+        siginfo_t ended{};
+        if (waitid(P_PID, static_cast<id_t>(m_pid), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+            ended.si_pid == m_pid) {
+            m_exitCode = ended.si_code == CLD_EXITED ? ended.si_status : 128 + ended.si_status;
         } else if (std::chrono::steady_clock::now() >= deadline) {
             break;
         } else {
@@ -112,7 +114,7 @@ void CChildProcess::End() {
         WaitForEnd(2s);
     }
     kill(-m_pid, SIGKILL);
-    WaitForEnd(2s);
+    waitpid(m_pid, nullptr, 0);
     m_pid = -1;
 }
 

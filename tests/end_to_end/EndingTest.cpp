@@ -1,5 +1,4 @@
-#include "end_to_end/Hand.h"
-#include "end_to_end/Stage.h"
+#include "end_to_end/DesktopTest.h"
 #include "platform/base/FileDescriptor.h"
 
 #include <fcntl.h>
@@ -20,7 +19,6 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <optional>
 #include <random>
 #include <set>
 #include <string>
@@ -36,7 +34,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* TUNER = "^Fretvane ";
 constexpr const char* NOT_SAVED = ": Unable to save state.txt\n";
 const std::string g_strHead =
     "USED DIRECTLY BY FRETVANE, DO NOT EDIT!\n44000\t10485760\t16711680\t32768\t16711680\t0\t0\t";
@@ -51,37 +48,13 @@ std::string Settings(int nRow, int nTunings, const std::string& strHop) {
     return strText;
 }
 
-class Ending : public testing::Test {
+class Ending : public CDesktopTest {
 protected:
-    void SetUp() override {
-        ASSERT_TRUE(m_sound.Start());
-        ASSERT_TRUE(m_stage.StartOnDesktop(&m_sound));
-        m_hand.emplace(m_stage.GetScreen().GetDisplay());
-        FindTuner();
-    }
-    void FindTuner() {
-        const auto place = m_hand->FindWindow(TUNER, 30s);
-        if (!place) {
-            SavePng(m_stage.Grab().value_or(Picture{}),
-                    fs::path(FRETVANE_BINARY_DIR) / "pictures" / "ending.png");
-        }
-        ASSERT_TRUE(place) << "see pictures/ending.png; " << m_stage.ReadFile("program.log")
-                           << m_stage.ReadFile("errorlog.txt");
-        m_tuner = *place;
-    }
-    // Client coordinates of the tuner's window.
-    void Click(int x, int y, int nButton = 1) {
-        ASSERT_TRUE(m_hand->Click(m_tuner.x + x, m_tuner.y + y, nButton));
-    }
     void ClickRow(int nRow) { Click(80, 175 + 12 * nRow); }
     void ExpectOrderlyEnd(int nSignal) {
         m_stage.GetProgram().Signal(nSignal);
         EXPECT_EQ(m_stage.GetProgram().WaitForEnd(10s), 0);
         EXPECT_EQ(m_stage.ReadFile("program.log"), "");
-    }
-    void StartAgain() {
-        ASSERT_TRUE(m_stage.StartProgram(&m_sound));
-        ASSERT_NO_FATAL_FAILURE(FindTuner());
     }
     // As one whom the modes of files concern, also where the tests run as root: the rights are given up by
     // the thread that starts it.
@@ -108,15 +81,9 @@ protected:
     void WriteState(const std::string& strText) {
         std::ofstream(m_stage.GetDirectory() / "state.txt") << strText;
     }
-
-    CSoundServer m_sound;
-    CStage m_stage;
-    std::optional<CHand> m_hand;
-    CHand::Place m_tuner;
 };
 
 TEST_F(Ending, ASignalClosesInOrderAndSavesWhateverIsOpen) {
-    constexpr const char* OPTIONS = "^.高音 .$";
     struct Case {
         const char* szWhat;
         int nSignal;
@@ -127,7 +94,7 @@ TEST_F(Ending, ASignalClosesInOrderAndSavesWhateverIsOpen) {
     };
     const std::vector<Case> cases{{"nothing", SIGHUP, 0, 0, 1, TUNER},
                                   {"nothing", SIGTERM, 0, 0, 1, TUNER},
-                                  {"the A frequency", SIGTERM, 149, 120, 1, "^标准 'A' 频率设置$"},
+                                  {"the A frequency", SIGTERM, 149, 120, 1, A_DIALOG},
                                   {"the options", SIGHUP, 287, 379, 1, OPTIONS},
                                   {"a colour of the options", SIGTERM, 287, 379, 1, OPTIONS},
                                   {"a colour of the options", SIGHUP, 287, 379, 1, OPTIONS},

@@ -3,6 +3,7 @@
 #include "end_to_end/ChildProcess.h"
 
 #include <cstdlib>
+#include <sstream>
 #include <thread>
 
 using namespace std::chrono_literals;
@@ -56,6 +57,16 @@ std::optional<CHand::Place> CHand::FindWindow(const std::string& strTitle,
         std::this_thread::sleep_for(LOOK_AGAIN);
     }
     return std::nullopt;
+}
+
+std::string CHand::ListWindows() const {
+    std::istringstream tree(
+        RunCommand({"xwininfo", "-root", "-tree"}, {{"DISPLAY", m_strDisplay}}).value_or("no screen\n"));
+    std::string strNamed;
+    for (std::string strLine; std::getline(tree, strLine);) {
+        strNamed += strLine.find("has no name") == std::string::npos ? strLine + '\n' : "";
+    }
+    return strNamed;
 }
 
 bool CHand::WaitUntilGone(const std::string& strTitle) const {

@@ -1,6 +1,5 @@
+#include "end_to_end/DesktopTest.h"
 #include "end_to_end/Guitar.h"
-#include "end_to_end/Hand.h"
-#include "end_to_end/Stage.h"
 #include "support/StandInViewer.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +10,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <numbers>
-#include <optional>
 #include <set>
 #include <string>
 #include <thread>
@@ -24,19 +22,12 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr const char* TUNER = "^Fretvane ";
-
-class Input : public testing::Test {
+class Input : public CDesktopTest {
 protected:
     void SetUp() override {
         m_viewer.Install();
         m_stage.AddToEnvironment({{"PATH", m_viewer.Directory() + ":" + std::getenv("PATH")}});
-        ASSERT_TRUE(m_sound.Start());
-        ASSERT_TRUE(m_stage.StartOnDesktop(&m_sound));
-        m_hand.emplace(m_stage.GetScreen().GetDisplay());
-        const auto place = m_hand->FindWindow(TUNER);
-        ASSERT_TRUE(place) << m_stage.ReadFile("program.log");
-        m_tuner = *place;
+        ASSERT_NO_FATAL_FAILURE(CDesktopTest::SetUp());
         ASSERT_TRUE(m_reader.Load(std::filesystem::path(FRETVANE_SOURCE_DIR) / "data"));
     }
     // A part of the window, in client coordinates, once it stands still.
@@ -73,10 +64,6 @@ protected:
     }
 
     CStandInViewer m_viewer;
-    CSoundServer m_sound;
-    CStage m_stage;
-    std::optional<CHand> m_hand;
-    CHand::Place m_tuner;
     CDisplayReader m_reader;
 };
 
@@ -136,10 +123,10 @@ TEST_F(Input, EachKeyDoesWhatItsButtonDoes) {
     const auto plays = [this] {
         return m_sound.Control({"list", "sink-inputs"}).value_or("").find("Fretvane") != std::string::npos;
     };
-    for (const auto& [strKey, strTitle] : {std::pair<std::string, std::string>{"a", "^标准 'A' 频率设置$"},
-                                           {"A", "^标准 'A' 频率设置$"},
-                                           {"o", "^.高音 .$"},
-                                           {"O", "^.高音 .$"}}) {
+    for (const auto& [strKey, strTitle] : {std::pair<std::string, std::string>{"a", A_DIALOG},
+                                           {"A", A_DIALOG},
+                                           {"o", OPTIONS},
+                                           {"O", OPTIONS}}) {
         SCOPED_TRACE(strKey);
         ASSERT_TRUE(m_hand->Type(strKey));
         EXPECT_TRUE(m_hand->FindWindow(strTitle));

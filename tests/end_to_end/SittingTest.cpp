@@ -1,5 +1,4 @@
-#include "end_to_end/Hand.h"
-#include "end_to_end/Stage.h"
+#include "end_to_end/DesktopTest.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,10 +17,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr const char* TUNER = "^Fretvane ";
 constexpr const char* NAME_DIALOG = "^新增调弦规则$";
-constexpr const char* A_DIALOG = "^标准 'A' 频率设置$";
-constexpr const char* OPTIONS = "^.高音 .$";
 constexpr const char* COLOR_DIALOG = "olor|颜色";
 
 // Colours of the screen, 0x00RRGGBB.
@@ -29,25 +25,8 @@ constexpr std::uint32_t TINT_OF_RED = 0xFFB3B3;
 constexpr std::uint32_t DEFAULT_TEXT = 0x0000FF;
 constexpr std::uint32_t DEFAULT_NEEDLE = 0x0000A0;
 
-class Sitting : public testing::Test {
+class Sitting : public CDesktopTest {
 protected:
-    void SetUp() override {
-        ASSERT_TRUE(m_sound.Start());
-        ASSERT_TRUE(m_stage.StartOnDesktop(&m_sound));
-        m_hand.emplace(m_stage.GetScreen().GetDisplay());
-        FindTuner();
-    }
-    void FindTuner() {
-        const auto place = m_hand->FindWindow(TUNER, 30s);
-        ASSERT_TRUE(place) << m_stage.ReadFile("program.log");
-        m_tuner = *place;
-        ASSERT_EQ(m_tuner.nWidth, 500);
-        ASSERT_EQ(m_tuner.nHeight, 396);
-    }
-    // Client coordinates of the tuner's window.
-    void ClickTuner(int x, int y, int nButton = 1) {
-        ASSERT_TRUE(m_hand->Click(m_tuner.x + x, m_tuner.y + y, nButton));
-    }
     std::uint32_t TunerPixel(int x, int y) const {
         const auto screen = m_stage.Grab();
         return screen ? screen->At(m_tuner.x + x, m_tuner.y + y) : 0;
@@ -103,11 +82,6 @@ protected:
         std::filesystem::create_directories(PictureFile(strName).parent_path());
         EXPECT_TRUE(SavePng(*screen, PictureFile(strName)));
     }
-
-    CSoundServer m_sound;
-    CStage m_stage;
-    std::optional<CHand> m_hand;
-    CHand::Place m_tuner;
 };
 
 // Row n of the list, while it is not scrolled.
@@ -117,7 +91,7 @@ constexpr int RowY(int nRow) {
 
 // A red needle by Apply; another colour of the text that Cancel takes back.
 void Sitting::ChooseColors() {
-    ClickTuner(287, 379);
+    Click(287, 379);
     const auto sheet = m_hand->FindWindow(OPTIONS);
     ASSERT_TRUE(sheet);
     KeepPicture("9-options");
@@ -135,7 +109,7 @@ void Sitting::ChooseColors() {
 void Sitting::ChooseMicrophone() {
     ASSERT_TRUE(m_sound.Control(
         {"load-module", "module-remap-source", "source_name=other", "master=mic_feed.monitor"}));
-    ClickTuner(287, 379);
+    Click(287, 379);
     ASSERT_TRUE(m_hand->FindWindow(OPTIONS));
     ASSERT_TRUE(m_hand->Keys({"Right", "Tab", "Down", "Down"}));
     KeepPicture("13-devices");
@@ -144,19 +118,21 @@ void Sitting::ChooseMicrophone() {
 }
 
 TEST_F(Sitting, ChoosesSetsAddsColorsTunesPlaysAndFindsItAllAgain) {
+    ASSERT_EQ(m_tuner.nWidth, 500);
+    ASSERT_EQ(m_tuner.nHeight, 396);
     KeepPicture("1-start");
     // A tuning of the list.
-    ClickTuner(80, RowY(1));
+    Click(80, RowY(1));
     KeepPicture("2-tuning");
     // The lowest string to C.
-    ClickTuner(45, 70, 3);
+    Click(45, 70, 3);
     KeepPicture("3-popup");
     ASSERT_TRUE(m_hand->Keys({"Down", "Right"}));
     KeepPicture("4-notes");
     ASSERT_TRUE(m_hand->Keys({"Return"}));
     KeepPicture("5-note-set");
     // The tuning gets a name.
-    ClickTuner(132, 154);
+    Click(132, 154);
     ASSERT_TRUE(m_hand->FindWindow(NAME_DIALOG));
     ASSERT_TRUE(m_hand->Type("Sitting down"));
     KeepPicture("6-name");
@@ -164,7 +140,7 @@ TEST_F(Sitting, ChoosesSetsAddsColorsTunesPlaysAndFindsItAllAgain) {
     ASSERT_TRUE(m_hand->WaitUntilGone(NAME_DIALOG));
     KeepPicture("7-added");
     // Everything a half tone and a bit higher.
-    ClickTuner(149, 120);
+    Click(149, 120);
     ASSERT_TRUE(m_hand->FindWindow(A_DIALOG));
     ASSERT_TRUE(m_hand->Keys({"ctrl+a"}));
     ASSERT_TRUE(m_hand->Type("442"));
@@ -174,17 +150,16 @@ TEST_F(Sitting, ChoosesSetsAddsColorsTunesPlaysAndFindsItAllAgain) {
     ChooseColors();
     ChooseMicrophone();
     // The tones of all strings.
-    ClickTuner(61, 120);
+    Click(61, 120);
     std::this_thread::sleep_for(500ms);
     EXPECT_NE(m_sound.Control({"list", "sink-inputs"}).value_or("").find("Fretvane"), std::string::npos);
     KeepPicture("14-played");
     // Closed by its own button.
-    ClickTuner(452, 379);
+    Click(452, 379);
     EXPECT_EQ(m_stage.GetProgram().WaitForEnd(10s), 0);
     ExpectSettings();
     // The next start shows all of it.
-    ASSERT_TRUE(m_stage.StartProgram(&m_sound));
-    FindTuner();
+    ASSERT_NO_FATAL_FAILURE(StartAgain());
     EXPECT_TRUE(WaitForPixel(26, 350, TINT_OF_RED));
     KeepPicture("15-next-start");
     m_stage.GetProgram().Signal(SIGTERM);

@@ -1,5 +1,7 @@
 #include "end_to_end/Stage.h"
 
+#include <unistd.h>
+
 #include <csignal>
 #include <fstream>
 #include <sstream>
@@ -48,9 +50,9 @@ CSoundServer::~CSoundServer() {
 
 bool CSoundServer::Start(const std::string& strKind) {
     Stop();
-    const auto exports = RunCommand(
-        {(g_source / "scripts/soundserver" / (strKind + "-start")).string(), m_directory.GetPath().string()},
-        {});
+    const auto exports = RunCommand({(g_source / "scripts/soundserver" / (strKind + "-start")).string(),
+                                     m_directory.GetPath().string(), std::to_string(getpid())},
+                                    {});
     m_bStarted = true;
     if (!exports) {
         return false;

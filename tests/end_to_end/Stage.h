@@ -11,7 +11,8 @@
 #include <string>
 #include <vector>
 
-// A private sound server without hardware: its microphone hears what is played to it here.
+// A private sound server without hardware: its microphone hears what is played to it here. It ends with the
+// object, and with the process in any case.
 class CSoundServer {
 public:
     CSoundServer() = default;
