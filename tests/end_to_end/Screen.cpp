@@ -74,10 +74,12 @@ bool CVirtualScreen::Start(int nWidth, int nHeight, int nDotsPerInch) {
         return false;
     }
     const std::string geometry = std::to_string(nWidth) + "x" + std::to_string(nHeight) + "x24";
-    const bool bStarted = m_server.Start(
-        {"Xvfb", "-displayfd", std::to_string(pipeEnds[1]), "-screen", "0", geometry, "-dpi", "96", "-fbdir",
-         m_directory.GetPath().string(), "-nolisten", "tcp", "-noreset", "-nocursor"},
-        {}, m_directory.GetPath(), m_directory.GetPath() / "log", pipeEnds[1]);
+    // Goes with whoever started it, also if that is killed; what is on the screen goes with it.
+    const bool bStarted =
+        m_server.Start({"setpriv", "--pdeathsig", "TERM", "Xvfb", "-displayfd", std::to_string(pipeEnds[1]),
+                        "-screen", "0", geometry, "-dpi", "96", "-fbdir", m_directory.GetPath().string(),
+                        "-nolisten", "tcp", "-noreset", "-nocursor"},
+                       {}, m_directory.GetPath(), m_directory.GetPath() / "log", pipeEnds[1]);
     close(pipeEnds[1]);
     // The server writes its number once it takes connections.
     std::string number;

@@ -15,14 +15,13 @@ public:
             "#!/bin/sh\nexport PATH=/usr/bin:/bin\ncd '" + m_directory.Path() +
                 "'\n"
                 "{ echo $#; for a; do printf '[%s]\\n' \"$a\"; done; readlink /proc/$$/fd/0 /proc/$$/fd/1\n"
-                "ls /proc/$$/fd | tr '\\n' ' '; grep -E 'SigBlk|SigIgn' /proc/self/status\n"
                 "} > new 2>&1; mv new told\n");
         std::filesystem::permissions(m_directory.Path("xdg-open"), permissions);
     }
     // Whether it has been started since Told() last asked.
     bool WasStarted() const { return std::filesystem::exists(m_directory.Path("told")); }
-    // What it tells, line by line: the number of arguments, each "[argument]", its input and output, its
-    // files, the signals that are blocked and ignored. Empty if it isn't started soon.
+    // What it tells, line by line: the number of arguments, each "[argument]", its input and output.
+    // Empty if it isn't started soon.
     std::vector<CString> Told() const {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
         while (!WasStarted() && std::chrono::steady_clock::now() < deadline) {
