@@ -24,13 +24,15 @@ std::vector<std::string> MergedEnvironment(const CChildProcess::Environment& cha
         }
     }
     for (const auto& [name, value] : changes) {
-        merged.push_back(name + "=" + value);
+        merged.push_back(name);
+        merged.back().append("=").append(value);
     }
     return merged;
 }
 
 std::vector<char*> Pointers(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string& text : texts) {
         pointers.push_back(text.data());
     }

@@ -15,7 +15,9 @@ constexpr auto LOOK_AGAIN = 50ms;
 // The number behind a name in lines of the form "  Name:  number".
 int Number(const std::string& strText, const std::string& strName) {
     const std::size_t nAt = strText.find(strName + ":");
-    return nAt == std::string::npos ? 0 : std::atoi(strText.c_str() + nAt + strName.size() + 1);
+    return nAt == std::string::npos
+               ? 0
+               : static_cast<int>(std::strtol(strText.c_str() + nAt + strName.size() + 1, nullptr, 10));
 }
 
 }  // namespace
@@ -64,7 +66,9 @@ std::string CHand::ListWindows() const {
         RunCommand({"xwininfo", "-root", "-tree"}, {{"DISPLAY", m_strDisplay}}).value_or("no screen\n"));
     std::string strNamed;
     for (std::string strLine; std::getline(tree, strLine);) {
-        strNamed += strLine.find("has no name") == std::string::npos ? strLine + '\n' : "";
+        if (strLine.find("has no name") == std::string::npos) {
+            strNamed.append(strLine).append("\n");
+        }
     }
     return strNamed;
 }
