@@ -1,11 +1,11 @@
 #include "end_to_end/ChildProcess.h"
 
 #include <fcntl.h>
-#include <signal.h>
-#include <stdlib.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <system_error>
