@@ -6,10 +6,10 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 
@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* VIEWER_KEY = "htmlfile\\shell\\open\\command";
+constexpr const char* VIEWER_KEY = R"(htmlfile\shell\open\command)";
 
 class ShellTest : public testing::Test {
 protected:
@@ -28,7 +28,7 @@ TEST_F(ShellTest, GivesAllBehindTheFirstBlankAsOneArgument) {
     m_viewer.Install();
     const std::pair<const char*, const char*> cases[] = {
         {"/home/a  b/吉他 $HOME;`x`'\"/fvnhelp.htm", "[/home/a  b/吉他 $HOME;`x`'\"/fvnhelp.htm]"},
-        {"https:\\\\host.example\\products\\a b.html", "[https://host.example/products/a b.html]"},
+        {R"(https:\\host.example\products\a b.html)", "[https://host.example/products/a b.html]"},
         {"/odd\\name: x\\y", "[/odd\\name: x\\y]"}};
     for (const auto& [szArgument, szTold] : cases) {
         EXPECT_TRUE(WinExec(CString("xdg-open ") + szArgument));
@@ -59,7 +59,7 @@ TEST_F(ShellTest, LeavesWhatItStartsToItself) {
     ::pthread_sigmask(SIG_BLOCK, &blocked, &before);
     EXPECT_TRUE(WinExec("xdg-open page"));
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    ::signal(SIGPIPE, SIG_DFL);
+    EXPECT_EQ(::signal(SIGPIPE, SIG_DFL), SIG_IGN);
     ::close(nOurs);
     ::close(77);
     EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "nobody is left to wait for";
@@ -92,9 +92,9 @@ TEST_F(ShellTest, KnowsTheCurrentDirectoryUpToItsLongestName) {
     const fs::path base = fs::canonical(directory.Path());
     for (const std::size_t nCharacters : {CURRENT_DIRECTORY_ROOM, CURRENT_DIRECTORY_ROOM + 1}) {
         // Characters of three bytes each, in names as long as a file system takes.
-        CString strName = base.string();
+        CString strName = base.string() + "/";
         for (std::size_t n = strName.size(); n < nCharacters; ++n) {
-            strName += n % 60 == 0 && n + 1 < nCharacters ? "/" : "弦";
+            strName += n % 60 == 0 && n + 1 < nCharacters && strName.back() != '/' ? "/" : "弦";
         }
         fs::create_directories(strName);
         fs::current_path(strName);

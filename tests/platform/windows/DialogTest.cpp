@@ -94,8 +94,8 @@ TEST(Dialog, UnitsFollowTheFontAndNoTextIsCut) {
     RunWith(dialog, [&dialog] {
         const RECT rcDialog = dialog.GetClientRect();
         // 286 by 135 units of a font about 6 pixels wide and 13 high.
-        EXPECT_NEAR(rcDialog.Width(), 286 * 6 / 4, 286 / 4);
-        EXPECT_NEAR(rcDialog.Height(), 135 * 13 / 8, 135 * 2 / 8);
+        EXPECT_NEAR(rcDialog.Width(), 286 * 6 / 4.0, 286 / 4.0);
+        EXPECT_NEAR(rcDialog.Height(), 135 * 13 / 8.0, 135 * 2 / 8.0);
         for (const int nId : {-1, 50, 1001, 1003, IDOK, IDCANCEL}) {
             const CWnd& control = *dialog.GetDlgItem(nId);
             EXPECT_FALSE(toolkit::IsTextCut(control)) << nId;

@@ -87,7 +87,7 @@ TEST(WinApp, SignalsCloseInOrderAlsoUnderAModalBox) {
     for (const int nSignal : {SIGTERM, SIGHUP, SIGINT}) {
         Log log;
         CTestApp app(Starting(log, [nSignal](CWnd& wnd) {
-            toolkit::Later([nSignal] { raise(nSignal); });
+            toolkit::Later([nSignal] { EXPECT_EQ(raise(nSignal), 0); });
             EXPECT_EQ(MessageBox(&wnd, "still there", "caption", MB_OK), IDOK);
             // The handler that had opened it comes to its end with its object whole.
             EXPECT_FALSE(wnd.IsWindow());
@@ -99,7 +99,7 @@ TEST(WinApp, SignalsCloseInOrderAlsoUnderAModalBox) {
     // While the program is still starting there is no window to close: what waits for an answer gets none.
     Log log;
     CTestApp app([&log](CTestApp& self) {
-        toolkit::Later([] { raise(SIGTERM); });
+        toolkit::Later([] { EXPECT_EQ(raise(SIGTERM), 0); });
         MessageBox(nullptr, "no device", "caption", MB_ICONEXCLAMATION);
         return Starting(log)(self);
     });
