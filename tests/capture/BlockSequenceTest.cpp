@@ -118,7 +118,6 @@ void FeedAndCompare(CFedCapture& capture, const CFlatModel& model, std::size_t n
 }
 
 TEST(BlockSequence, AnyRhythmGivesTheBlocksOfAFlatRecording) {
-    // NOLINTNEXTLINE(cert-msc32-c,cert-msc51-cpp): a failure must come again in the next run
     std::mt19937 random(31);
     const auto pick = [&](int nLow, int nHigh) { return std::uniform_int_distribution(nLow, nHigh)(random); };
     for (int nRound = 0; nRound < 60; ++nRound) {
@@ -147,7 +146,6 @@ TEST(BlockSequence, AFractionalHopKeepsItsFraction) {
     }
     capture.GetCapture().SetAdaptHop(false);
     ASSERT_EQ(capture.GetCapture().GetHop(), 127);
-    // NOLINTNEXTLINE(cert-msc32-c,cert-msc51-cpp): a failure must come again in the next run
     std::mt19937 random(32);
     ASSERT_NO_FATAL_FAILURE(FeedAndCompare(capture, CFlatModel(1024, 1024, static_cast<float>(128.0 * 0.995)),
                                            60000, 1024, random));

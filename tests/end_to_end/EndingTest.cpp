@@ -200,7 +200,6 @@ TEST_F(Ending, KilledAtAnyMomentItLeavesAWholeFileAndTheNextStartTidiesUp) {
     }
     const CFileDescriptor events(inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
     ASSERT_GE(inotify_add_watch(events.Get(), m_stage.GetDirectory().c_str(), IN_CREATE), 0);
-    // NOLINTNEXTLINE(cert-msc32-c,cert-msc51-cpp): a failure must come again in the next run
     std::mt19937 random(11);
     int nOld = 0;
     int nNew = 0;

@@ -126,10 +126,8 @@ protected:
         return PixelAt(x, 203);
     }
 
-    // NOLINTBEGIN(cert-msc32-c,cert-msc51-cpp): a failure must come again in the next run
     std::mt19937 m_random{3};
     std::mt19937 m_user{4};
-    // NOLINTEND(cert-msc32-c,cert-msc51-cpp)
     std::vector<std::vector<std::int16_t>> m_plucks;
     CNoteTracker m_tracker;
     NoteReading m_reading;

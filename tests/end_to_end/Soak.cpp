@@ -108,7 +108,7 @@ private:
 
     CHand m_hand;
     CHand::Place m_tuner;
-    std::mt19937 m_random{SEED};  // NOLINT(cert-msc32-c,cert-msc51-cpp): each run does the same
+    std::mt19937 m_random{SEED};
 };
 
 bool Soak(int nMinutes) {

@@ -123,11 +123,13 @@ std::string quiet::Describe(std::span<const char* const> allowed) {
 // What stands in front of the library. Its declarations name some parameters as never null.
 extern "C" {
 
+// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the library gave them their names
 void* __libc_malloc(std::size_t);
 void* __libc_calloc(std::size_t, std::size_t);
 void* __libc_realloc(void*, std::size_t);
 void* __libc_memalign(std::size_t, std::size_t);
 void __libc_free(void*);
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 
 void* malloc(std::size_t nBytes) {
     Note("malloc");
@@ -204,6 +206,7 @@ int open(const char* szPath, int nFlags, ...) {
     Note("open");
     std::va_list rest;
     va_start(rest, nFlags);
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): it is, one line above
     const mode_t nMode = (nFlags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(rest, mode_t) : 0;
     va_end(rest);
     return Next<int(const char*, int, ...)>(pNext, "open")(szPath, nFlags, nMode);

@@ -3,10 +3,9 @@
 #include "window/TunerApp.h"
 #include "window/TunerWndTest.h"
 
-#include <signal.h>
-#include <stdlib.h>
-
 #include <chrono>
+#include <csignal>
+#include <cstdlib>
 #include <functional>
 #include <mutex>
 #include <thread>
@@ -132,7 +131,7 @@ TEST_F(ClosingTest, ObeysATerminationWhateverIsOpen) {
     EXPECT_EQ(RunApplication([](CTunerWnd& wnd) {
                   toolkit::Later([] {
                       EXPECT_NE(toolkit::ModalTitle(), "");
-                      raise(SIGTERM);
+                      EXPECT_EQ(raise(SIGTERM), 0);
                   });
                   wnd.SendMessage(WM_COMMAND, MakeCommandParam(ID_ADD, BN_CLICKED));
               }),
@@ -141,7 +140,7 @@ TEST_F(ClosingTest, ObeysATerminationWhateverIsOpen) {
     EXPECT_EQ(m_fake->GetOpenCount(), 0);
     // The box that tells of a failure, while the window comes up.
     m_fake->SetDevices({});
-    toolkit::Later([] { raise(SIGTERM); });
+    toolkit::Later([] { EXPECT_EQ(raise(SIGTERM), 0); });
     CTunerApp app;
     EXPECT_EQ(app.Main(), 0);
     EXPECT_THAT(m_directory.LogMessages(), Contains("Unable to find any recording device"));

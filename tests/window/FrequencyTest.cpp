@@ -2,6 +2,7 @@
 #include "window/ControlTable.h"
 #include "window/TunerWndTest.h"
 
+#include <cstddef>
 #include <cstdlib>
 
 namespace {
@@ -44,7 +45,7 @@ protected:
     }
     std::vector<std::uint32_t> CopyMarks() {
         const std::vector<std::uint32_t> picture = CopyPicture();
-        return {picture.begin() + 500 * 310, picture.end()};
+        return {picture.begin() + std::ptrdiff_t{500} * 310, picture.end()};
     }
 };
 

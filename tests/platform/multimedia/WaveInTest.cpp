@@ -108,7 +108,6 @@ TEST_F(WaveIn, RefusalsLeaveNoHandle) {
 
 // However the sound is cut into pieces and the room into buffers, what comes out is the sound.
 TEST(WaveInQueue, AnyPiecesGiveTheSameSound) {
-    // NOLINTNEXTLINE(cert-msc32-c,cert-msc51-cpp): a failure must come again in the next run
     std::mt19937 random(20261122);
     const auto pick = [&](int nLow, int nHigh) {
         return static_cast<std::size_t>(std::uniform_int_distribution(nLow, nHigh)(random));

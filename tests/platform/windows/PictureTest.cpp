@@ -61,7 +61,6 @@ TEST_F(Picture, BeginsInTheFaceColourAndShowsExactlyWhatIsDrawn) {
     const auto first = toolkit::GrabScreen(m_wnd);
     EXPECT_EQ(std::count(first.pixels.begin(), first.pixels.end(), face), g_cx * g_cy);
 
-    // NOLINTNEXTLINE(cert-msc32-c,cert-msc51-cpp): a failure must come again in the next run
     std::mt19937 random(7);
     const auto number = [&random](int nBelow) {
         return static_cast<int>(random() % static_cast<unsigned>(nBelow));
