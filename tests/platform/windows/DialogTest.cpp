@@ -1,3 +1,4 @@
+#include "platform/windows/DataExchange.h"
 #include "platform/windows/Dialog.h"
 #include "platform/windows/MessageBox.h"
 #include "platform/windows/support/RecordingWnd.h"
@@ -33,8 +34,14 @@ public:
     explicit CTestDialog(CWnd* pParent = nullptr) : CDialog(g_template, pParent) {}
     std::function<void(CTestDialog&)> m_fnInit;
     std::function<void()> m_fnOK;
+    bool m_bFits = true;
 
 protected:
+    void DoDataExchange(CDataExchange* pDX) override {
+        if (!m_bFits) {
+            pDX->Fail();
+        }
+    }
     bool OnInitDialog() override {
         CDialog::OnInitDialog();
         if (m_fnInit) {
@@ -87,6 +94,10 @@ TEST(Dialog, EachWayOutGivesItsResult) {
     EXPECT_EQ(nRefused, 1);
     dialog.m_fnInit = [](CTestDialog& self) { self.EndDialog(5); };
     EXPECT_EQ(dialog.DoModal(), 5);
+    // Whose members do not fit its controls does not stand open.
+    dialog.m_fnInit = nullptr;
+    dialog.m_bFits = false;
+    EXPECT_EQ(dialog.DoModal(), -1);
 }
 
 TEST(Dialog, UnitsFollowTheFontAndNoTextIsCut) {
