@@ -107,7 +107,7 @@ void CSpectrumAnalyzer::SearchProbes() {
 // probes: at most a group. bands: those of the probes at their present frequencies.
 void CSpectrumAnalyzer::JudgeProbes(std::span<const int> probes, const CProbeBank::CBands& bands) {
     const CProbeBank::Verdicts verdicts =
-        m_bank.Judge(bands, m_pfPeakFrequency.Data(), m_pfPeakAmplitude.Data(), m_nMaxPeaks);
+        m_bank.Judge(bands, m_pfPeakFrequency.Data(), m_pfPeakAmplitude.Data(), m_nSelected);
     for (std::size_t nLane = 0; nLane < probes.size(); ++nLane) {
         if (verdicts.anVerdict[nLane] != 0) {
             JudgeProbe(probes[nLane], verdicts.afScore[nLane], verdicts.anVerdict[nLane]);

@@ -24,6 +24,7 @@ public:
             m_analyzer.m_pfPeakFrequency[static_cast<int>(i)] = peaks[i].fFrequency;
             m_analyzer.m_pfPeakAmplitude[static_cast<int>(i)] = peaks[i].fAmplitude;
         }
+        m_analyzer.m_nSelected = static_cast<int>(peaks.size());
         m_analyzer.ClearCandidates();
         m_analyzer.m_claims.Reset();
         m_analyzer.SearchProbes();
