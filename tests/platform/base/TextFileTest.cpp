@@ -13,11 +13,10 @@ namespace fs = std::filesystem;
 
 class TextFile : public testing::Test {
 protected:
-    TextFileResult ResultOf(const CString& strName) {
+    void Expect(const CString& strName, TextFileResult expected, const CString& strExpected = {}) {
         CString strText = "left over";
-        const TextFileResult result = ReadTextFile(m_directory.Path(strName), strText);
-        EXPECT_EQ(strText, "");
-        return result;
+        EXPECT_EQ(ReadTextFile(m_directory.Path(strName), strText), expected) << strName;
+        EXPECT_EQ(strText, strExpected);
     }
 
     CScratchDirectory m_directory;
@@ -36,27 +35,29 @@ TEST_F(TextFile, EveryLineEndIsOneCharacterAndAByteOrderMarkIsNoText) {
     };
     for (const auto& [strContent, strExpected] : cases) {
         m_directory.Write("text", strContent);
-        CString strText = "left over";
-        EXPECT_EQ(ReadTextFile(m_directory.Path("text"), strText), TextFileResult::Read);
-        EXPECT_EQ(strText, strExpected);
+        Expect("text", TextFileResult::Read, strExpected);
     }
 }
 
 TEST_F(TextFile, SaysWhatIsWrong) {
-    EXPECT_EQ(ResultOf("missing"), TextFileResult::Missing);
-    EXPECT_EQ(ResultOf("missing/too"), TextFileResult::Missing);
-    EXPECT_EQ(ResultOf(""), TextFileResult::Unreadable) << "a directory";
-    ASSERT_EQ(::mkfifo(m_directory.Path("pipe").c_str(), 0600), 0);
-    EXPECT_EQ(ResultOf("pipe"), TextFileResult::Unreadable) << "and it doesn't wait for a writer";
-
     m_directory.Write("huge", "");
     fs::resize_file(m_directory.Path("huge"), 64UL * 1024 * 1024 + 1);
-    EXPECT_EQ(ResultOf("huge"), TextFileResult::Unreadable);
-
     m_directory.Write("secret", "x");
     ASSERT_EQ(::chmod(m_directory.Path("secret").c_str(), 0), 0);
     ASSERT_EQ(::chmod(m_directory.Path().c_str(), 0755), 0);
-    EXPECT_EQ(RunAsNobody([this] { return ResultOf("secret") == TextFileResult::Unreadable ? 0 : 1; }), 0);
+    ASSERT_EQ(::mkfifo(m_directory.Path("pipe").c_str(), 0600), 0);
+    for (const char* szName : {"missing", "missing/too", "huge/below"}) {
+        Expect(szName, TextFileResult::Missing);
+    }
+    // A directory, one that has no writer to wait for, and one that is too large.
+    for (const char* szName : {"", "pipe", "huge"}) {
+        Expect(szName, TextFileResult::Unreadable);
+    }
+    EXPECT_EQ(RunAsNobody([this] {
+                  Expect("secret", TextFileResult::Unreadable);
+                  return HasFailure() ? 1 : 0;
+              }),
+              0);
 }
 
 }  // namespace
