@@ -31,22 +31,18 @@ TEST(Event, NoWakeUpIsLostOrDoubled) {
     CEvent ping;
     CEvent pong;
     int nValue = 0;
-    bool bAllWoken = true;
-    std::thread other([&] {
+    std::jthread other([&] {
         for (int i = 0; i < nRounds; ++i) {
-            bAllWoken = ping.Wait(10000) && bAllWoken;
+            EXPECT_TRUE(ping.Wait(10000));
             ++nValue;
             pong.SetEvent();
         }
     });
     for (int i = 0; i < nRounds; ++i) {
-        ASSERT_EQ(nValue, i);
         ping.SetEvent();
         ASSERT_TRUE(pong.Wait(10000));
+        ASSERT_EQ(nValue, i + 1);
     }
-    other.join();
-    EXPECT_TRUE(bAllWoken);
-    EXPECT_EQ(nValue, nRounds);
 }
 
 int NiceOfThisThread() {
@@ -55,12 +51,11 @@ int NiceOfThisThread() {
 
 TEST(WinThread, IsSuspendedUntilResumedAndGivesItsExitCode) {
     std::atomic<bool> bRan = false;
-    const auto pThread = CWinThread::Create(
-        [&] {
-            bRan = true;
-            return -3;
-        },
-        THREAD_PRIORITY_NORMAL);
+    const auto fnRun = [&bRan] {
+        bRan = true;
+        return -3;
+    };
+    const auto pThread = CWinThread::Create(fnRun, THREAD_PRIORITY_NORMAL);
     ASSERT_TRUE(pThread);
     EXPECT_FALSE(pThread->WaitForEnd(30));
     EXPECT_FALSE(bRan);
@@ -72,37 +67,22 @@ TEST(WinThread, IsSuspendedUntilResumedAndGivesItsExitCode) {
     EXPECT_EQ(pThread->GetExitCode(), -3);
 }
 
-// The nice value that a thread of that priority finds.
-int NiceOfThread(int nPriority) {
-    std::atomic<int> nNice = -100;
-    const auto pThread = CWinThread::Create(
-        [&nNice] {
-            nNice = NiceOfThisThread();
-            return 0;
-        },
-        nPriority);
-    EXPECT_TRUE(pThread && pThread->ResumeThread() && pThread->WaitForEnd(10000));
-    return nNice;
-}
-
 TEST(WinThread, BelowNormalLowersThatThreadAlone) {
     const int nBefore = NiceOfThisThread();
-    EXPECT_EQ(NiceOfThread(THREAD_PRIORITY_NORMAL), nBefore);
-    EXPECT_EQ(NiceOfThread(THREAD_PRIORITY_BELOW_NORMAL), std::min(nBefore + 5, 19));
+    for (const auto& [nPriority, nNice] : {std::pair{THREAD_PRIORITY_NORMAL, nBefore},
+                                           {THREAD_PRIORITY_BELOW_NORMAL, std::min(nBefore + 5, 19)}}) {
+        const auto pThread = CWinThread::Create(NiceOfThisThread, nPriority);
+        ASSERT_TRUE(pThread && pThread->ResumeThread() && pThread->WaitForEnd(10000));
+        EXPECT_EQ(pThread->GetExitCode(), nNice) << nPriority;
+    }
     EXPECT_EQ(NiceOfThisThread(), nBefore);
 }
 
 TEST(WinThread, DroppedWhileSuspendedItNeverRuns) {
-    const auto pHeld = std::make_shared<std::atomic<bool>>(false);
-    CWinThread::Create(
-        [pHeld] {
-            *pHeld = true;
-            return 0;
-        },
-        THREAD_PRIORITY_NORMAL)
-        .reset();
-    EXPECT_FALSE(*pHeld);
-    EXPECT_EQ(pHeld.use_count(), 1);
+    const auto pRuns = std::make_shared<std::atomic<int>>(0);
+    CWinThread::Create([pRuns] { return ++*pRuns; }, THREAD_PRIORITY_NORMAL).reset();
+    EXPECT_EQ(*pRuns, 0);
+    EXPECT_EQ(pRuns.use_count(), 1);
 }
 
 }  // namespace
