@@ -20,6 +20,16 @@ protected:
 
     // 0xRRGGBB.
     std::uint32_t At(int x, int y) const { return m_bitmap.GetSurface().GetRow(y)[x] & 0xFFFFFF; }
+    // All pixels are those that color(x, y) gives.
+    template <class Color>
+    void Expect(int cx, int cy, Color color) const {
+        ASSERT_TRUE(m_bitmap.GetSize().cx == cx && m_bitmap.GetSize().cy == cy);
+        for (int y = 0; y < cy; ++y) {
+            for (int x = 0; x < cx; ++x) {
+                ASSERT_EQ(At(x, y), Packed(color(x, y))) << x << "," << y;
+            }
+        }
+    }
 
     CScratchDirectory m_directory;
     CBitmap m_bitmap;
@@ -36,33 +46,26 @@ TEST_F(BitmapFile, ReadsPalettes) {
                                        static_cast<std::uint8_t>(i * 31 + 9)});
         }
         ASSERT_TRUE(Load(Encode(picture, Pack(picture, index))));
-        ASSERT_EQ(m_bitmap.GetSize().cx, picture.nWidth);
-        ASSERT_EQ(m_bitmap.GetSize().cy, 4);
-        for (int y = 0; y < 4; ++y) {
-            for (int x = 0; x < picture.nWidth; ++x) {
-                ASSERT_EQ(At(x, y), Packed(picture.palette[index(x, y)])) << x << "," << y;
-            }
-        }
+        Expect(picture.nWidth, 4, [&](int x, int y) { return picture.palette[index(x, y)]; });
     }
 }
 
 // Every value of a short channel: 0 is 0, full is 255, and none is further than a rounding from its share.
 TEST_F(BitmapFile, ReadsSixteenBits) {
     struct Case {
-        std::vector<std::uint32_t> masks;  // none: 5 bits for each
+        bool bMasks;  // 5, 6 and 5 bits; otherwise 5 for each
         int nChannel;
         int nBits;
         int nShift;
     };
-    const std::vector<std::uint32_t> wide{0xF800, 0x07E0, 0x001F};
-    for (const Case& test : {Case{{}, 0, 5, 10}, Case{{}, 1, 5, 5}, Case{{}, 2, 5, 0}, Case{wide, 0, 5, 11},
-                             Case{wide, 1, 6, 5}, Case{wide, 2, 5, 0}}) {
+    for (const Case& test : {Case{false, 0, 5, 10}, Case{false, 1, 5, 5}, Case{false, 2, 5, 0},
+                             Case{true, 0, 5, 11}, Case{true, 1, 6, 5}, Case{true, 2, 5, 0}}) {
         const int nFull = (1 << test.nBits) - 1;
-        const Picture picture{.nWidth = nFull + 1,
-                              .nHeight = 1,
-                              .nBits = 16,
-                              .compression = test.masks.empty() ? 0U : 3U,
-                              .masks = test.masks};
+        Picture picture{.nWidth = nFull + 1, .nHeight = 1, .nBits = 16};
+        if (test.bMasks) {
+            picture.compression = 3;
+            picture.masks = {0xF800, 0x07E0, 0x001F};
+        }
         const auto value = [&test](int x, int) { return static_cast<std::uint32_t>(x) << test.nShift; };
         ASSERT_TRUE(Load(Encode(picture, Pack(picture, value))));
         const int nPlace = 16 - 8 * test.nChannel;
@@ -77,28 +80,17 @@ TEST_F(BitmapFile, ReadsSixteenBits) {
 TEST_F(BitmapFile, ReadsRuns) {
     const std::vector<Rgb> palette{{10, 11, 12}, {20, 21, 22}, {30, 31, 32}, {40, 41, 42}};
     const Picture bytes{.nWidth = 5, .nHeight = 3, .nBits = 8, .compression = 1, .palette = palette};
-    // Lowest row: a run of 5. Middle: two skipped, then three as they are. Top: a run of 2, the rest left
-    // out.
-    const std::string runs(
-        "\x05\x01\x00\x00"
-        "\x00\x02\x02\x00"
-        "\x00\x03\x03\x02\x01\x00\x00\x00"
-        "\x02\x03\x00\x01",
-        20);
-    ASSERT_TRUE(Load(Encode(bytes, runs)));
-    const int expected[3][5] = {{3, 3, 0, 0, 0}, {0, 0, 3, 2, 1}, {1, 1, 1, 1, 1}};
-    for (int y = 0; y < 3; ++y) {
-        for (int x = 0; x < 5; ++x) {
-            EXPECT_EQ(At(x, y), Packed(palette[static_cast<std::size_t>(expected[y][x])])) << x << "," << y;
-        }
-    }
+    // Lowest row: a run of 5. Middle: two skipped, three as they are. Top: a run of 2, the rest left out.
+    const char runs[] = {5, 1, 0, 0, 0, 2, 2, 0, 0, 3, 3, 2, 1, 0, 0, 0, 2, 3, 0, 1};
+    ASSERT_TRUE(Load(Encode(bytes, {runs, sizeof runs})));
+    const std::size_t expected[3][5] = {{3, 3, 0, 0, 0}, {0, 0, 3, 2, 1}, {1, 1, 1, 1, 1}};
+    Expect(5, 3, [&](int x, int y) { return palette[expected[y][x]]; });
 }
 
 TEST_F(BitmapFile, MissingOrCutShortIsRefused) {
-    EXPECT_FALSE(m_bitmap.LoadFile(m_directory.Path("nothing.bmp")));
-    EXPECT_FALSE(m_bitmap.LoadFile(m_directory.Path("")));
-    EXPECT_FALSE(m_bitmap.LoadFile(""));
-
+    for (const CString& strFile : {m_directory.Path("nothing.bmp"), m_directory.Path(""), CString()}) {
+        EXPECT_FALSE(m_bitmap.LoadFile(strFile)) << strFile;
+    }
     const std::string whole = bmp::Encode24(7, 5, [](int, int) { return Rgb{1, 2, 3}; });
     const Picture runs{.nWidth = 3, .nHeight = 1, .nBits = 8, .compression = 1, .palette = {{1, 2, 3}}};
     const std::string wholeRuns = Encode(runs, std::string("\x03\x00\x00\x01", 4));

@@ -4,12 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
-#include <atomic>
-#include <cstring>
 #include <functional>
-#include <mutex>
-#include <thread>
+#include <iterator>
 
 namespace {
 
@@ -17,21 +15,14 @@ constexpr int g_cx = 60;
 constexpr int g_cy = 40;
 
 bool IsCovered(const CPicture::Dirty& dirty, int x, int y) {
-    for (std::size_t i = 0; i < dirty.nCount; ++i) {
-        if (PtInRect(dirty.rects[i], {x, y})) {
-            return true;
-        }
-    }
-    return false;
+    const auto* const pEnd = &dirty.rects[0] + dirty.nCount;
+    return std::any_of(&dirty.rects[0], pEnd, [&](const RECT& rc) { return PtInRect(rc, {x, y}); });
 }
 
 void DrawSomething(CDC& dc, const CDC& dcOther, std::mt19937& random) {
-    const int x = RandomInt(random, -10, g_cx + 5);
-    const int y = RandomInt(random, -10, g_cy + 5);
-    const int cx = RandomInt(random, -2, 20);
-    const int cy = RandomInt(random, -2, 20);
-    const int xSrc = RandomInt(random, -5, 20);
-    const int ySrc = RandomInt(random, -5, 20);
+    const auto [x, y] = std::array{RandomInt(random, -10, g_cx + 5), RandomInt(random, -10, g_cy + 5)};
+    const auto [cx, cy] = std::array{RandomInt(random, -2, 20), RandomInt(random, -2, 20)};
+    const auto [xSrc, ySrc] = std::array{RandomInt(random, -5, 20), RandomInt(random, -5, 20)};
     const COLORREF clr = 0xAB000000 | RandomColor(random);
     const DWORD dwRop = std::array{SRCCOPY, SRCAND, SRCINVERT, DSNA}[random() % 4];
     CPen pen(PS_SOLID, RandomInt(random, 1, 6), clr);
@@ -134,52 +125,6 @@ TEST(Picture, WithoutSizeIsHarmlessAndAContextFollowsItsNewSize) {
     CBitmap bitmap;
     EXPECT_EQ(dc.SelectObject(&bitmap), nullptr) << "a window's context keeps its picture";
     EXPECT_EQ(dc.GetPixel(2, 4), 0x00FF00U);
-}
-
-// Two threads draw, a third one shows: under the lock each sees only whole draws, and what it was told to
-// show makes its copy the same as the picture.
-TEST(Picture, IsSharedByThreadsUnderItsLock) {
-    CPicture picture;
-    ASSERT_TRUE(picture.Create(g_cx, g_cy, 0));
-    std::atomic<int> nDone{0};
-    const auto draw = [&picture, &nDone](unsigned nSeed) {
-        std::mt19937 random = Random(nSeed);
-        CDC dc;
-        dc.AttachPicture(&picture);
-        for (int i = 0; i < 3000; ++i) {
-            const std::lock_guard lock(picture.GetLock());
-            const COLORREF clr = RandomColor(random);
-            dc.FillSolidRect(0, 0, 10, 10, clr);
-            dc.FillSolidRect(40, 20, 10, 10, clr);
-            DrawSomething(dc, dc, random);
-            dc.BitBlt(0, 0, 10, 10, &dc, 40, 20, SRCCOPY);
-        }
-        ++nDone;
-    };
-    std::jthread first(draw, 1);
-    std::jthread second(draw, 2);
-    std::vector<Pixel> screen(IndexOf(0, g_cy, g_cx));
-    bool bAll = false;
-    while (!bAll) {
-        bAll = nDone == 2;
-        const std::lock_guard lock(picture.GetLock());
-        const CPicture::Dirty dirty = picture.TakeDirty();
-        for (std::size_t i = 0; i < dirty.nCount; ++i) {
-            const RECT& rc = dirty.rects[i];
-            for (int y = rc.top; y < rc.bottom; ++y) {
-                std::memcpy(&screen[IndexOf(rc.left, y, g_cx)], picture.GetSurface().GetRow(y) + rc.left,
-                            static_cast<std::size_t>(rc.Width()) * sizeof(Pixel));
-            }
-        }
-        for (int y = 0; y < 10; ++y) {
-            for (int x = 0; x < 10; ++x) {
-                ASSERT_EQ(picture.GetSurface().GetRow(y)[x], picture.GetSurface().GetRow(20 + y)[40 + x]);
-            }
-        }
-    }
-    first.join();
-    second.join();
-    EXPECT_EQ(0, std::memcmp(screen.data(), picture.GetSurface().GetRow(0), screen.size() * sizeof(Pixel)));
 }
 
 }  // namespace
