@@ -79,8 +79,8 @@ TEST_F(Analyze, ASineOrOddPartialsAloneAreNoNote) {
     for (const CaptureSet& set : CAPTURE_SETS) {
         MakeReady(set);
         const double dBin = static_cast<double>(set.nSampleRate) / set.nBlockSamples;
-        for (double dBins = 6.3; dBins < 60.0; dBins += 2.0) {
-            const double f = dBins * dBin;
+        for (int nBins = 6; nBins < 60; nBins += 2) {
+            const double f = (nBins + 0.3) * dBin;
             EXPECT_TRUE(RunPartials({{f, 30000.0}}).empty()) << f;
             EXPECT_TRUE(RunPartials({{f, 20000.0}, {3 * f, 6000.0}, {5 * f, 3000.0}}).empty()) << f;
         }

@@ -83,10 +83,10 @@ TEST_F(NoteTracker, SixtyCentsApartIsStableAndMoreIsNot) {
 // Dying away: live until just below the threshold, and then the last live reading stays.
 TEST_F(NoteTracker, HoldsTheLastLiveReading) {
     NoteReading reading;
-    int nFrame = 0;
-    for (float fStrength = -20.0F; fStrength >= -30.0F; fStrength -= 0.5F) {
+    for (int nFrame = 0; nFrame <= 20; ++nFrame) {
+        const auto fFrame = static_cast<float>(nFrame);
         // Long frames, so that reading and candidate are of one frame.
-        reading = Feed(NearA2(2.0F, fStrength, 100.0F + static_cast<float>(nFrame++)), LONG_HOP);
+        reading = Feed(NearA2(2.0F, -20.0F - 0.5F * fFrame, 100.0F + fFrame), LONG_HOP);
         EXPECT_FALSE(m_tracker.IsHolding());
     }
     EXPECT_EQ(reading.strength, -30.0F);

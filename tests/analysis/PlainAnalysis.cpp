@@ -149,7 +149,8 @@ std::vector<PlainFundamental> SievePlainly(const std::vector<TestPeak>& peaks,
         }
         const int nDivisor = Divisor(best);
         const double dLifted = static_cast<double>(best.fFrequency) * nDivisor;
-        if (nDivisor > 0 && dLifted < settings.nSampleRate / 2) {
+        const int nHighest = settings.nSampleRate / 2;
+        if (nDivisor > 0 && dLifted < nHighest) {
             best.fFrequency = static_cast<float>(dLifted);
             Score(best, peaks);
         } else {

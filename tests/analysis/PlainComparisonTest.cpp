@@ -21,6 +21,7 @@ namespace {
 std::vector<NoteReading> Publish(CSpectrumAnalyzer& analyzer,
                                  const std::vector<PlainFundamental>& fundamentals) {
     std::vector<NoteReading> notes;
+    notes.reserve(SEMITONES);
     for (int i = 0; i < SEMITONES; ++i) {
         notes.push_back(NoteReading::Empty(i));
     }
@@ -84,17 +85,18 @@ TEST_P(PlainComparison, Sounds) {
 TEST_P(PlainComparison, PeaksAtTheThresholds) {
     std::mt19937 generator(7);
     const auto below = [&generator](std::uint32_t nLimit) { return static_cast<int>(generator() % nLimit); };
+    const int nHighest = m_set.nSampleRate / 2;
     std::size_t nAccepted = 0;
     for (int nRound = 0; nRound < 20000; ++nRound) {
         const double dFirst = m_set.fLowestFrequency * (1.0 + 0.01 * below(500));
         const double dSecond = m_set.fLowestFrequency * (1.0 + 0.01 * below(500));
         std::vector<TestPeak> peaks;
-        const auto nPeaks = static_cast<std::size_t>(1 + below(20));
+        const auto nPeaks = std::size_t{1} + static_cast<std::size_t>(below(20));
         while (peaks.size() < nPeaks) {
             const double dBase = below(4) == 0 ? dSecond : dFirst;
             const double dOff = below(3) == 0 ? 1.0 + 0.0001 * (below(600) - 300) : 1.0;
             const auto fFrequency = static_cast<float>(dBase * (1 + below(24)) * dOff);
-            if (fFrequency < static_cast<float>(m_set.nSampleRate / 2)) {
+            if (fFrequency < static_cast<float>(nHighest)) {
                 peaks.push_back({fFrequency, static_cast<float>(1000 * (1 + below(6)))});
             }
         }

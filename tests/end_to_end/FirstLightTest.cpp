@@ -104,7 +104,7 @@ TEST_F(FirstLight, SilenceTurnsTheNeedleGreyAndKeepsTheReading) {
 TEST_F(FirstLight, CoarseHighlightAndLevelShowPitchAndLoudness) {
     for (const auto& [fFrequency, fPeak] : {std::pair{110.0, 0.5}, {220.0, 0.1}, {329.6276, 0.9}}) {
         SCOPED_TRACE(fFrequency);
-        std::vector<float> samples(GUITAR_RATE * 3);
+        std::vector<float> samples(std::size_t{3} * GUITAR_RATE);
         float fHighest = 0.0F;
         for (std::size_t i = 0; i < samples.size(); ++i) {
             const double fPhase = 2.0 * std::numbers::pi * fFrequency * static_cast<double>(i) / GUITAR_RATE;
