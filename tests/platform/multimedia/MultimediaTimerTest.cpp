@@ -36,11 +36,14 @@ bool WaitFor(const std::atomic<int>& nCount, int nWanted) {
     return nCount >= nWanted;
 }
 
+UINT StartTimer(Ticks& ticks) {
+    return timeSetEvent(1, 0, SlowTick, reinterpret_cast<std::uintptr_t>(&ticks), TIME_PERIODIC);
+}
+
 TEST(MultimediaTimer, KillReturnsWhenNoTickRunsAndNoneComesAfter) {
     for (int i = 0; i < 10; ++i) {
         Ticks ticks;
-        const UINT uTimer =
-            timeSetEvent(1, 0, SlowTick, reinterpret_cast<std::uintptr_t>(&ticks), TIME_PERIODIC);
+        const UINT uTimer = StartTimer(ticks);
         ASSERT_NE(uTimer, 0U);
         ASSERT_TRUE(WaitFor(ticks.nBegun, 2));
         EXPECT_EQ(timeKillEvent(uTimer), TIMERR_NOERROR);
@@ -55,7 +58,7 @@ TEST(MultimediaTimer, KillReturnsWhenNoTickRunsAndNoneComesAfter) {
 TEST(MultimediaTimer, ATickMayEndItsOwnTimer) {
     static Ticks ticks;  // the tick goes on after the kill
     ticks.bKillInside = true;
-    ASSERT_NE(timeSetEvent(1, 0, SlowTick, reinterpret_cast<std::uintptr_t>(&ticks), TIME_PERIODIC), 0U);
+    ASSERT_NE(StartTimer(ticks), 0U);
     ASSERT_TRUE(WaitFor(ticks.nEnded, 1));
     std::this_thread::sleep_for(30ms);
     EXPECT_EQ(ticks.nBegun, 1);

@@ -28,10 +28,6 @@ void Record(HWAVEIN hWaveIn, UINT uMessage, std::uintptr_t dwInstance, std::uint
     reinterpret_cast<std::vector<Event>*>(dwInstance)->push_back({hWaveIn, uMessage, dwParam1});
 }
 
-WAVEFORMATEX Mono(UINT nRate) {
-    return {WAVE_FORMAT_PCM, 1, nRate, nRate * 2, 2, 16, 0};
-}
-
 struct Buffer : WAVEHDR {
     explicit Buffer(std::size_t nSamples) : samples(nSamples) {
         lpData = reinterpret_cast<char*>(samples.data());
@@ -44,11 +40,14 @@ constexpr UINT HEADER_SIZE = sizeof(WAVEHDR);
 
 class WaveIn : public testing::Test {
 protected:
-    MMRESULT Open(UINT uDeviceId = WAVE_MAPPER, UINT nRate = 11025) {
-        return waveInOpen(m_hWaveIn, uDeviceId, Mono(nRate), &Record,
+    MMRESULT Open(UINT uDeviceId = WAVE_MAPPER, UINT nRate = 11025, WaveInProc pfnRecord = &Record) {
+        const WAVEFORMATEX format{WAVE_FORMAT_PCM, 1, nRate, nRate * 2, 2, 16, 0};
+        return waveInOpen(m_hWaveIn, uDeviceId, format, pfnRecord,
                           reinterpret_cast<std::uintptr_t>(&m_events), CALLBACK_FUNCTION);
     }
-    static std::uintptr_t Address(const WAVEHDR& header) { return reinterpret_cast<std::uintptr_t>(&header); }
+    Event Data(const WAVEHDR& header) const {
+        return {m_hWaveIn, MM_WIM_DATA, reinterpret_cast<std::uintptr_t>(&header)};
+    }
 
     CFakeWaveInScope m_fake;
     std::vector<Event> m_events;
@@ -71,17 +70,14 @@ TEST_F(WaveIn, BuffersComeBackFullAndInOrderThenTheRestOnReset) {
     EXPECT_THAT(m_events, ElementsAre(Event{m_hWaveIn, MM_WIM_OPEN, 0})) << "recorded before Start";
     ASSERT_EQ(waveInStart(m_hWaveIn), MMSYSERR_NOERROR);
     m_fake->Feed(sound);
-    const Event first{m_hWaveIn, MM_WIM_DATA, Address(buffers[0])};
-    const Event second{m_hWaveIn, MM_WIM_DATA, Address(buffers[1])};
-    EXPECT_THAT(m_events, ElementsAre(Event{m_hWaveIn, MM_WIM_OPEN, 0}, first, second));
+    EXPECT_THAT(m_events, ElementsAre(Event{m_hWaveIn, MM_WIM_OPEN, 0}, Data(buffers[0]), Data(buffers[1])));
     EXPECT_THAT(buffers[0].samples, ElementsAre(1, -2, 3, -4));
     EXPECT_THAT(buffers[1].samples, ElementsAre(5, -6));
     EXPECT_EQ(buffers[0].dwBytesRecorded, 8U);
     EXPECT_EQ(buffers[0].dwFlags, WHDR_PREPARED | WHDR_DONE);
 
     EXPECT_EQ(waveInReset(m_hWaveIn), MMSYSERR_NOERROR);
-    const Event third{m_hWaveIn, MM_WIM_DATA, Address(buffers[2])};
-    EXPECT_EQ(m_events.back(), third);
+    EXPECT_EQ(m_events.back(), Data(buffers[2]));
     EXPECT_EQ(buffers[2].dwBytesRecorded, 2U);
     m_fake->Feed(sound);
     EXPECT_EQ(m_events.size(), 4U);
@@ -95,7 +91,7 @@ TEST_F(WaveIn, RefusalsLeaveNoHandle) {
     EXPECT_EQ(Open(0, 11025), WAVERR_BADFORMAT);
     EXPECT_EQ(m_hWaveIn, 0U);
     EXPECT_EQ(Open(1), MMSYSERR_BADDEVICEID);
-    EXPECT_EQ(waveInOpen(m_hWaveIn, 0, Mono(22050), nullptr, 0, CALLBACK_FUNCTION), MMSYSERR_INVALPARAM);
+    EXPECT_EQ(Open(0, 22050, nullptr), MMSYSERR_INVALPARAM);
     EXPECT_TRUE(m_events.empty());
     EXPECT_EQ(Open(0, 22050), MMSYSERR_NOERROR);
     const HWAVEIN hClosed = m_hWaveIn;
