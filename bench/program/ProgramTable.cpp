@@ -1,9 +1,9 @@
 // What the whole program costs, seen from outside: from its start to its first picture and its first reading,
 // its processor time at a hop of one sample, its memory, and its end. A virtual microphone hears one string.
 
-#include "end_to_end/Guitar.h"
-#include "end_to_end/Stage.h"
 #include "platform/base/String.h"
+#include "stage/Guitar.h"
+#include "stage/Stage.h"
 #include "support/SyntheticString.h"
 
 #include <unistd.h>

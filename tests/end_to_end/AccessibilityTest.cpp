@@ -1,6 +1,6 @@
-#include "end_to_end/ChildProcess.h"
-#include "end_to_end/Plucks.h"
-#include "end_to_end/Stage.h"
+#include "stage/ChildProcess.h"
+#include "stage/Plucks.h"
+#include "stage/Stage.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

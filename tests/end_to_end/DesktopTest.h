@@ -1,7 +1,7 @@
 #pragma once
 
-#include "end_to_end/Hand.h"
-#include "end_to_end/Stage.h"
+#include "stage/Hand.h"
+#include "stage/Stage.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "end_to_end/Crowd.h"
-#include "end_to_end/Hand.h"
-#include "end_to_end/Plucks.h"
-#include "end_to_end/Stage.h"
+#include "stage/Hand.h"
+#include "stage/Plucks.h"
+#include "stage/Stage.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-#include "end_to_end/Plucks.h"
-#include "end_to_end/Stage.h"
+#include "stage/Plucks.h"
+#include "stage/Stage.h"
 
 #include <gtest/gtest.h>
 

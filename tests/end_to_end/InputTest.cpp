@@ -1,5 +1,5 @@
 #include "end_to_end/DesktopTest.h"
-#include "end_to_end/Guitar.h"
+#include "stage/Guitar.h"
 #include "support/StandInViewer.h"
 
 #include <gtest/gtest.h>

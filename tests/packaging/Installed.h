@@ -1,8 +1,8 @@
 #pragma once
 
-#include "end_to_end/ChildProcess.h"
-#include "end_to_end/Hand.h"
-#include "end_to_end/Stage.h"
+#include "stage/ChildProcess.h"
+#include "stage/Hand.h"
+#include "stage/Stage.h"
 
 #include <chrono>
 #include <csignal>

@@ -1,7 +1,7 @@
-#include "end_to_end/ChildProcess.h"
 #include "platform/multimedia/MidiOut.h"
 #include "platform/multimedia/MidiOutBackend.h"
 #include "platform/multimedia/MidiPorts.h"
+#include "stage/ChildProcess.h"
 #include "tones/TonePlayer.h"
 
 #include <gtest/gtest.h>

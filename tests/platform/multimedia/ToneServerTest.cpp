@@ -1,8 +1,8 @@
-#include "end_to_end/Guitar.h"
 #include "platform/multimedia/BuiltInSynthesizer.h"
 #include "platform/multimedia/MidiOut.h"
 #include "platform/multimedia/MidiOutBackend.h"
 #include "platform/multimedia/support/PrivateSoundServer.h"
+#include "stage/Guitar.h"
 #include "tones/TonePlayer.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
-#include "end_to_end/Guitar.h"
 #include "platform/multimedia/BuiltInSynthesizer.h"
 #include "platform/multimedia/ToneSynthesizer.h"
+#include "stage/Guitar.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "end_to_end/ChildProcess.h"
-#include "end_to_end/Guitar.h"
+#include "stage/ChildProcess.h"
+#include "stage/Guitar.h"
 
 #include <unistd.h>
 

@@ -1,6 +1,6 @@
-#include "end_to_end/Plucks.h"
-#include "end_to_end/Stage.h"
 #include "platform/base/String.h"
+#include "stage/Plucks.h"
+#include "stage/Stage.h"
 
 #include <chrono>
 #include <filesystem>

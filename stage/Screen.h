@@ -1,6 +1,6 @@
 #pragma once
 
-#include "end_to_end/ChildProcess.h"
+#include "stage/ChildProcess.h"
 
 #include <cstdint>
 #include <filesystem>

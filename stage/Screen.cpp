@@ -1,4 +1,4 @@
-#include "end_to_end/Screen.h"
+#include "stage/Screen.h"
 
 #include <fcntl.h>
 #include <poll.h>

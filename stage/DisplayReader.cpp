@@ -1,4 +1,4 @@
-#include "end_to_end/DisplayReader.h"
+#include "stage/DisplayReader.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "end_to_end/Screen.h"
+#include "stage/Screen.h"
 
 #include <filesystem>
 #include <optional>

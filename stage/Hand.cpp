@@ -1,6 +1,6 @@
-#include "end_to_end/Hand.h"
+#include "stage/Hand.h"
 
-#include "end_to_end/ChildProcess.h"
+#include "stage/ChildProcess.h"
 
 #include <cstdlib>
 #include <sstream>

@@ -1,4 +1,4 @@
-#include "end_to_end/Guitar.h"
+#include "stage/Guitar.h"
 
 #include <fluidsynth.h>
 

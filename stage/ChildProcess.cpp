@@ -1,4 +1,4 @@
-#include "end_to_end/ChildProcess.h"
+#include "stage/ChildProcess.h"
 
 #include <fcntl.h>
 #include <sys/wait.h>

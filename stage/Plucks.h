@@ -1,6 +1,6 @@
 #pragma once
 
-#include "end_to_end/Guitar.h"
+#include "stage/Guitar.h"
 
 #include <array>
 #include <cmath>

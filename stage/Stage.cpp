@@ -1,4 +1,4 @@
-#include "end_to_end/Stage.h"
+#include "stage/Stage.h"
 
 #include <unistd.h>
 

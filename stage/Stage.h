@@ -1,8 +1,8 @@
 #pragma once
 
-#include "end_to_end/ChildProcess.h"
-#include "end_to_end/DisplayReader.h"
-#include "end_to_end/Screen.h"
+#include "stage/ChildProcess.h"
+#include "stage/DisplayReader.h"
+#include "stage/Screen.h"
 
 #include <chrono>
 #include <filesystem>

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-// A program started for the length of a test, in a process group of its own. Whatever it started ends with
+// A program started for the length of a scene, in a process group of its own. Whatever it started ends with
 // it.
 class CChildProcess {
 public:
