@@ -5,7 +5,7 @@
 #include "analysis/SpectrumAnalyzer.h"
 #include "platform/base/String.h"
 #include "platform/signal/VectorOperations.h"
-#include "support/SyntheticString.h"
+#include "stage/SyntheticString.h"
 #include "window/Strongest.h"
 
 #include <algorithm>

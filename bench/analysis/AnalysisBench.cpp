@@ -7,7 +7,7 @@
 #include "analysis/SpectrumAnalyzer.h"
 #include "platform/signal/AlignedArray.h"
 #include "platform/signal/RealFft.h"
-#include "support/SyntheticString.h"
+#include "stage/SyntheticString.h"
 
 #include <benchmark/benchmark.h>
 

@@ -4,7 +4,7 @@
 #include "platform/base/String.h"
 #include "stage/Guitar.h"
 #include "stage/Stage.h"
-#include "support/SyntheticString.h"
+#include "stage/SyntheticString.h"
 
 #include <unistd.h>
 

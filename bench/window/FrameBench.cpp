@@ -4,7 +4,7 @@
 
 #include "platform/multimedia/support/FakeWaveIn.h"
 #include "platform/windows/WindowsSession.h"
-#include "support/SyntheticString.h"
+#include "stage/SyntheticString.h"
 #include "window/TunerWndAccess.h"
 #include "window/WorkingDirectory.h"
 

@@ -1,8 +1,8 @@
 // Whole blocks through the whole analysis.
 
 #include "analysis/SpectrumAnalyzer.h"
+#include "stage/SyntheticString.h"
 #include "support/CaptureSets.h"
-#include "support/SyntheticString.h"
 
 #include <gtest/gtest.h>
 

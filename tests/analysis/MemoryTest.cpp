@@ -3,7 +3,7 @@
 
 #include "analysis/SpectrumAnalyzer.h"
 #include "platform/signal/RealFft.h"
-#include "support/SyntheticString.h"
+#include "stage/SyntheticString.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "analysis/NoteGrid.h"
 #include "analysis/PublishedGrid.h"
-#include "support/SyntheticString.h"
+#include "stage/SyntheticString.h"
 
 #include <gtest/gtest.h>
 

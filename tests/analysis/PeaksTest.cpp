@@ -1,6 +1,6 @@
 #include "analysis/SpectrumAnalyzer.h"
+#include "stage/SyntheticString.h"
 #include "support/CaptureSets.h"
-#include "support/SyntheticString.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "analysis/PitchEngine.h"
 #include "platform/multimedia/support/FakeWaveIn.h"
 #include "platform/threads/Sleep.h"
-#include "support/SyntheticString.h"
+#include "stage/SyntheticString.h"
 
 #include <gtest/gtest.h>
 

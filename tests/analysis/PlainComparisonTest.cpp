@@ -2,8 +2,8 @@
 
 #include "analysis/AnalyzerTester.h"
 #include "analysis/PlainAnalysis.h"
+#include "stage/SyntheticString.h"
 #include "support/CaptureSets.h"
-#include "support/SyntheticString.h"
 
 #include <gtest/gtest.h>
 

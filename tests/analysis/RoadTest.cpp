@@ -4,8 +4,8 @@
 #include "analysis/NoteTracker.h"
 #include "analysis/SpectrumAnalyzer.h"
 #include "platform/signal/VectorOperations.h"
+#include "stage/SyntheticString.h"
 #include "support/CaptureSets.h"
-#include "support/SyntheticString.h"
 
 #include <gtest/gtest.h>
 

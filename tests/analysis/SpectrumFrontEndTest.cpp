@@ -1,7 +1,7 @@
 // What comes before any peak: set-up, windows, level, reference.
 
 #include "analysis/SpectrumAnalyzer.h"
-#include "support/SyntheticString.h"
+#include "stage/SyntheticString.h"
 
 #include <gtest/gtest.h>
 

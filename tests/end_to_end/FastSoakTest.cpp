@@ -2,7 +2,7 @@
 #include "platform/base/String.h"
 #include "platform/drawing/Picture.h"
 #include "platform/windows/support/Toolkit.h"
-#include "support/SyntheticString.h"
+#include "stage/SyntheticString.h"
 #include "widgets/WidgetSet.h"
 #include "widgets/WidgetStage.h"
 #include "window/Strongest.h"

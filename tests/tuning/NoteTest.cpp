@@ -1,4 +1,4 @@
-#include "support/SyntheticString.h"
+#include "stage/SyntheticString.h"
 #include "tuning/NoteReading.h"
 
 #include <gtest/gtest.h>

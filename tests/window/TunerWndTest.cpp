@@ -3,7 +3,7 @@
 #include "platform/base/String.h"
 #include "platform/drawing/Picture.h"
 #include "platform/windows/support/Toolkit.h"
-#include "support/SyntheticString.h"
+#include "stage/SyntheticString.h"
 
 #include <mutex>
 #include <sstream>

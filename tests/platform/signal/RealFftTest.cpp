@@ -1,6 +1,6 @@
 #include "platform/signal/AlignedArray.h"
 #include "platform/signal/RealFft.h"
-#include "support/SyntheticString.h"
+#include "stage/SyntheticString.h"
 
 #include <gtest/gtest.h>
 

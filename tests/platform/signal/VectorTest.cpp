@@ -1,7 +1,7 @@
 #include "platform/signal/AlignedArray.h"
 #include "platform/signal/SpectrumOperations.h"
 #include "platform/signal/VectorOperations.h"
-#include "support/SyntheticString.h"
+#include "stage/SyntheticString.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "support/SyntheticString.h"
+#include "stage/SyntheticString.h"
 
 #include <algorithm>
 #include <cmath>
