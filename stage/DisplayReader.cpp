@@ -62,8 +62,8 @@ Picture HeadLineInk(const Picture& window) {
     int nDarkest = 255;
     forEach([&](int x, int y) { nDarkest = std::min(nDarkest, Luminance(window.At(x, y))); });
     forEach([&](int x, int y) {
-        ink.pixels[static_cast<std::size_t>(y * window.nWidth + x)] =
-            Luminance(window.At(x, y)) < (255 + nDarkest) / 2 ? 1 : 0;
+        ink.pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(window.nWidth) +
+                   static_cast<std::size_t>(x)] = Luminance(window.At(x, y)) < (255 + nDarkest) / 2 ? 1 : 0;
     });
     return ink;
 }

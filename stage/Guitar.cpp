@@ -63,7 +63,7 @@ std::vector<float> RenderPluck(const Note& note, double fSeconds) {
     fluid_synth_program_change(synth.get(), 0, STEEL_STRING_GUITAR);
     fluid_synth_set_gen(synth.get(), 0, GEN_FINETUNE, static_cast<float>(note.fCents));
     fluid_synth_noteon(synth.get(), 0, note.nKey, 100);
-    const std::size_t nFrames = static_cast<std::size_t>(fSeconds * GUITAR_RATE);
+    const auto nFrames = static_cast<std::size_t>(fSeconds * GUITAR_RATE);
     std::vector<float> left(nFrames);
     std::vector<float> right(nFrames);
     if (fluid_synth_write_float(synth.get(), static_cast<int>(nFrames), left.data(), 0, 1, right.data(), 0,
@@ -103,11 +103,13 @@ double MeasurePitch(const std::vector<float>& samples, int nRate, double fExpect
     for (int nHarmonic = 1; nHarmonic <= 4; ++nHarmonic) {
         const double fCentre = fExpected * nHarmonic;
         const double fResolution = static_cast<double>(nRate) / static_cast<double>(samples.size());
-        // Coarse steps of a quarter of the resolution, then a golden-section search around the best of them.
+        // Coarse steps of a quarter of the resolution, then a ternary search around the best of them.
         double fBest = fCentre;
         double fBestMagnitude = 0.0;
         const double fReach = fCentre * (std::exp2(0.6 / 12.0) - 1.0);
-        for (double f = fCentre - fReach; f <= fCentre + fReach; f += fResolution / 4.0) {
+        const int nSteps = static_cast<int>(8.0 * fReach / fResolution);
+        for (int nStep = 0; nStep <= nSteps; ++nStep) {
+            const double f = fCentre - fReach + nStep * fResolution / 4.0;
             const double fMagnitude = MagnitudeAt(windowed, nRate, f);
             if (fMagnitude > fBestMagnitude) {
                 fBest = f;

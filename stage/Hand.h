@@ -21,7 +21,7 @@ public:
     // the last. Nothing if none comes in time.
     std::optional<Place> FindWindow(const std::string& strTitle,
                                     std::chrono::milliseconds timeout = std::chrono::seconds(10)) const;
-    // The titles of all windows, one a line, for what a test says when it finds none.
+    // The titles of all windows, one a line, for what is said when there is none.
     std::string ListWindows() const;
     // It was there and goes.
     bool WaitUntilGone(const std::string& strTitle) const;
