@@ -14,6 +14,14 @@ struct DisplayedReading {
     std::optional<int> nCents;           // as the digits tell it
     std::optional<double> fNeedleCents;  // as the needle points
     std::uint32_t needleColor = 0;       // 0x00RRGGBB, the colour that the needle is drawn in
+
+    // In the colours that a user who has chosen none sees: sounding now; no longer, or not yet.
+    static bool IsLive(const DisplayedReading& reading) { return reading.needleColor == 0x0000A0; }
+    static bool IsGrey(const DisplayedReading& reading) { return reading.needleColor == 0xA0A0A0; }
+    // Before anything has been heard the dial stands on F sharp, plus, 0, 0, in grey.
+    static bool IsOfTheStart(const DisplayedReading& reading) {
+        return reading.strNote == "F#" && reading.nCents == 0 && IsGrey(reading);
+    }
 };
 
 class CDisplayReader {

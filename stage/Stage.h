@@ -64,6 +64,11 @@ public:
     // Looks at the screen until what is read satisfies the condition; the last reading in any case.
     DisplayedReading ReadUntil(const std::function<bool(const DisplayedReading&)>& condition,
                                std::chrono::milliseconds timeout) const;
+    // Whether it comes to satisfy the condition in time.
+    bool ReadsSoon(const std::function<bool(const DisplayedReading&)>& condition,
+                   std::chrono::milliseconds timeout) const {
+        return condition(ReadUntil(condition, timeout));
+    }
     // Looks until the condition holds for the picture itself.
     bool WaitForPicture(const std::function<bool(const Picture&)>& condition,
                         std::chrono::milliseconds timeout) const;

@@ -79,12 +79,12 @@ struct Figures {
 bool Live(CStage& stage, const CSoundServer& sound, bool bWatch, Figures& figures) {
     const auto start = Clock::now();
     const auto isDrawn = [](const DisplayedReading& reading) { return !reading.strNote.empty(); };
-    if (!stage.StartProgram(&sound) || !isDrawn(stage.ReadUntil(isDrawn, 10s))) {
+    if (!stage.StartProgram(&sound) || !stage.ReadsSoon(isDrawn, 10s)) {
         return false;
     }
     figures.pictures.push_back(MillisecondsSince(start));
     const auto isRight = [](const DisplayedReading& reading) { return reading.strNote == NAME; };
-    if (!isRight(stage.ReadUntil(isRight, 10s))) {
+    if (!stage.ReadsSoon(isRight, 10s)) {
         return false;
     }
     figures.readings.push_back(MillisecondsSince(start));

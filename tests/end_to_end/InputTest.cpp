@@ -1,15 +1,13 @@
 #include "end_to_end/DesktopTest.h"
-#include "stage/Guitar.h"
+#include "stage/Plucks.h"
 #include "support/StandInViewer.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <chrono>
-#include <cmath>
 #include <cstdlib>
 #include <filesystem>
-#include <numbers>
 #include <set>
 #include <string>
 #include <thread>
@@ -166,21 +164,17 @@ TEST_F(Input, TabGoesRoundTheWindow) {
 // What sounds while the window is minimised is not there when it comes back; what sounds then is.
 TEST_F(Input, HearsNothingWhileMinimised) {
     const CTemporaryDirectory waves;
-    std::vector<float> samples(GUITAR_RATE);
-    for (std::size_t i = 0; i < samples.size(); ++i) {
-        const double dPhase = 2.0 * std::numbers::pi * 220.0 * static_cast<double>(i) / GUITAR_RATE;
-        samples[i] = static_cast<float>(0.3 * std::sin(dPhase) + 0.2 * std::sin(2.0 * dPhase));
-    }
-    ASSERT_TRUE(WriteWave(samples, GUITAR_RATE, waves.GetPath() / "a.wav"));
+    const PreparedPluck pluck = PreparePluck({57, 0.0}, 1.0, waves.GetPath() / "a.wav");
+    ASSERT_EQ(pluck.strNote, "A");
     ASSERT_TRUE(m_hand->Minimize(TUNER));
     // Longer than the forty buffers that the device goes on filling: 3.7 seconds.
     std::this_thread::sleep_for(5s);
-    ASSERT_TRUE(m_sound.PlayIntoMicrophone(waves.GetPath() / "a.wav"));
+    ASSERT_TRUE(m_sound.PlayIntoMicrophone(pluck.waveFile));
     std::this_thread::sleep_for(2s);
     ASSERT_TRUE(m_hand->Activate(TUNER));
     std::this_thread::sleep_for(500ms);
     EXPECT_NE(Note(), "A");
-    ASSERT_TRUE(m_sound.PlayIntoMicrophone(waves.GetPath() / "a.wav"));
+    ASSERT_TRUE(m_sound.PlayIntoMicrophone(pluck.waveFile));
     EXPECT_TRUE(WaitForNote("A"));
 }
 
