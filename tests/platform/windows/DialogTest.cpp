@@ -16,11 +16,8 @@ constexpr int g_nEscape = 0x01000000;
 constexpr int g_nReturn = 0x01000004;
 
 constexpr std::array g_controls{
-    DialogControl{
-        DialogControlKind::Static, -1,
-        "Move the slider bar to change the center frequency.  The standard A note has a frequency of 440 "
-        "Hz.  Changing the A note frequency will shift all other notes accordingly.",
-        7, 7, 167, 39},
+    DialogControl{DialogControlKind::Static, -1, "A text of several lines that has just about enough room.",
+                  7, 7, 80, 24},
     DialogControl{DialogControlKind::Static, 50, "过高时的颜色", 146, 60, 58, 8},
     DialogControl{DialogControlKind::Edit, 1001, "", 143, 72, 40, 14, WS_BORDER},
     DialogControl{DialogControlKind::Button, 1003, "恢复默认颜色设置", 17, 84, 95, 14},
@@ -32,29 +29,13 @@ constexpr DialogTemplate g_template{9, "标题", 286, 135, g_controls};
 class CTestDialog : public CDialog {
 public:
     explicit CTestDialog(CWnd* pParent = nullptr) : CDialog(g_template, pParent) {}
-    std::function<void(CTestDialog&)> m_fnInit;
-    std::function<void()> m_fnOK;
-    bool m_bFits = true;
+    std::function<void(CTestDialog&, CDataExchange&)> m_fnExchange;
 
 protected:
     void DoDataExchange(CDataExchange* pDX) override {
-        if (!m_bFits) {
-            pDX->Fail();
+        if (m_fnExchange) {
+            m_fnExchange(*this, *pDX);
         }
-    }
-    bool OnInitDialog() override {
-        CDialog::OnInitDialog();
-        if (m_fnInit) {
-            m_fnInit(*this);
-        }
-        return true;
-    }
-    void OnOK() override {
-        if (m_fnOK) {
-            m_fnOK();
-            return;
-        }
-        CDialog::OnOK();
     }
 };
 
@@ -81,9 +62,13 @@ TEST(Dialog, EachWayOutGivesItsResult) {
         EXPECT_FALSE(dialog.IsWindow());
         EXPECT_EQ(dialog.GetDlgItem(1001), nullptr);
     }
-    // It may refuse to close, or end before it shows.
-    int nRefused = 0;
-    dialog.m_fnOK = [&nRefused] { ++nRefused; };
+    // It stays open where its members do not take what its controls hold.
+    int nExchanges = 0;
+    dialog.m_fnExchange = [&nExchanges](CTestDialog&, CDataExchange& exchange) {
+        if (++nExchanges > 1) {
+            exchange.Fail();
+        }
+    };
     EXPECT_EQ(RunWith(dialog,
                       [&] {
                           click(IDOK);
@@ -91,13 +76,11 @@ TEST(Dialog, EachWayOutGivesItsResult) {
                           click(IDCANCEL);
                       }),
               IDCANCEL);
-    EXPECT_EQ(nRefused, 1);
-    dialog.m_fnInit = [](CTestDialog& self) { self.EndDialog(5); };
-    EXPECT_EQ(dialog.DoModal(), 5);
-    // Whose members do not fit its controls does not stand open.
-    dialog.m_fnInit = nullptr;
-    dialog.m_bFits = false;
+    EXPECT_EQ(nExchanges, 2);
+    // Whose members do not fit its controls does not stand open, and one may end before it shows.
     EXPECT_EQ(dialog.DoModal(), -1);
+    dialog.m_fnExchange = [](CTestDialog& self, CDataExchange&) { self.EndDialog(5); };
+    EXPECT_EQ(dialog.DoModal(), 5);
 }
 
 TEST(Dialog, UnitsFollowTheFontAndNoTextIsCut) {
@@ -128,29 +111,22 @@ TEST(Dialog, UnitsFollowTheFontAndNoTextIsCut) {
 TEST(Dialog, GoesWithItsOwner) {
     Log log;
     CRecordingWnd owner(log);
-    const auto box = [](CWnd* pOwner) { return MessageBox(pOwner, "text", "caption", MB_ICONEXCLAMATION); };
-    for (const bool bDialog : {false, true}) {
-        for (const bool bBox : {false, true}) {
-            ASSERT_TRUE(owner.Open(200, 200));
-            owner.ShowWindow(SW_SHOW);
-            CTestDialog dialog(&owner);
-            const auto destroy = [&owner] { owner.DestroyWindow(); };
-            if (!bDialog) {
-                toolkit::Later(destroy);
-                EXPECT_EQ(box(&owner), IDOK);
-            } else {
-                EXPECT_EQ(RunWith(dialog,
-                                  [&] {
-                                      EXPECT_EQ(toolkit::ModalTitle(), "标题");
-                                      toolkit::Later(destroy);
-                                      EXPECT_TRUE(!bBox || box(&dialog) == IDOK);
-                                  }),
-                          IDCANCEL);
-            }
-            EXPECT_FALSE(dialog.IsWindow());
-            EXPECT_EQ(toolkit::ModalTitle(), "");
-            EXPECT_EQ(log.back(), "gone");
-        }
+    CTestDialog dialog(&owner);
+    const auto box = [&owner](CWnd& wnd) {
+        toolkit::Later([&owner] { owner.DestroyWindow(); });
+        EXPECT_EQ(MessageBox(&wnd, "text", "caption", MB_ICONEXCLAMATION), IDOK);
+    };
+    const std::function<void()> openings[] = {
+        [&] { box(owner); },
+        [&] { EXPECT_EQ(RunWith(dialog, [&owner] { owner.DestroyWindow(); }), IDCANCEL); },
+        [&] { EXPECT_EQ(RunWith(dialog, [&] { box(dialog); }), IDCANCEL); }};
+    for (const auto& fnOpen : openings) {
+        ASSERT_TRUE(owner.Open(200, 200));
+        owner.ShowWindow(SW_SHOW);
+        fnOpen();
+        EXPECT_FALSE(dialog.IsWindow());
+        EXPECT_EQ(toolkit::ModalTitle(), "");
+        EXPECT_EQ(log.back(), "gone");
     }
 }
 
