@@ -79,12 +79,13 @@ bool IsAllowed(const Hit& hit, std::span<const char* const> allowed) {
 }
 
 // The library's own function behind the one that stands in its place.
-template <class Function>
-Function* Next(std::atomic<Function*>& pNext, const char* szName) {
+template <auto* pfnStandIn>
+auto* Next(const char* szName) {
+    static std::atomic<void*> pNext = nullptr;
     if (pNext.load(std::memory_order_relaxed) == nullptr) {
-        pNext = reinterpret_cast<Function*>(dlsym(RTLD_NEXT, szName));
+        pNext = dlsym(RTLD_NEXT, szName);
     }
-    return pNext;
+    return reinterpret_cast<decltype(pfnStandIn)>(pNext.load(std::memory_order_relaxed));
 }
 
 }  // namespace
@@ -160,55 +161,45 @@ void free(void* p) {
 }
 
 int pthread_mutex_lock(pthread_mutex_t* pMutex) noexcept {
-    static std::atomic<int (*)(pthread_mutex_t*)> pNext = nullptr;
     Note("lock");
-    return Next<int(pthread_mutex_t*)>(pNext, "pthread_mutex_lock")(pMutex);
+    return Next<&pthread_mutex_lock>("pthread_mutex_lock")(pMutex);
 }
 int sem_wait(sem_t* pSemaphore) {
-    static std::atomic<int (*)(sem_t*)> pNext = nullptr;
     Note("sem_wait");
-    return Next<int(sem_t*)>(pNext, "sem_wait")(pSemaphore);
+    return Next<&sem_wait>("sem_wait")(pSemaphore);
 }
 
 ssize_t write(int nFile, const void* pData, std::size_t nBytes) {
-    static std::atomic<ssize_t (*)(int, const void*, std::size_t)> pNext = nullptr;
     Note("write");
-    return Next<ssize_t(int, const void*, std::size_t)>(pNext, "write")(nFile, pData, nBytes);
+    return Next<&write>("write")(nFile, pData, nBytes);
 }
 ssize_t writev(int nFile, const iovec* pPieces, int nPieces) {
-    static std::atomic<ssize_t (*)(int, const iovec*, int)> pNext = nullptr;
     Note("writev");
-    return Next<ssize_t(int, const iovec*, int)>(pNext, "writev")(nFile, pPieces, nPieces);
+    return Next<&writev>("writev")(nFile, pPieces, nPieces);
 }
 ssize_t read(int nFile, void* pData, std::size_t nBytes) {
-    static std::atomic<ssize_t (*)(int, void*, std::size_t)> pNext = nullptr;
     Note("read");
-    return Next<ssize_t(int, void*, std::size_t)>(pNext, "read")(nFile, pData, nBytes);
+    return Next<&read>("read")(nFile, pData, nBytes);
 }
 FILE* fopen(const char* szPath, const char* szMode) {
-    static std::atomic<FILE* (*)(const char*, const char*)> pNext = nullptr;
     Note("fopen");
-    return Next<FILE*(const char*, const char*)>(pNext, "fopen")(szPath, szMode);
+    return Next<&fopen>("fopen")(szPath, szMode);
 }
 std::size_t fwrite(const void* pData, std::size_t nSize, std::size_t nCount, FILE* pFile) {
-    static std::atomic<std::size_t (*)(const void*, std::size_t, std::size_t, FILE*)> pNext = nullptr;
     Note("fwrite");
-    return Next<std::size_t(const void*, std::size_t, std::size_t, FILE*)>(pNext, "fwrite")(pData, nSize,
-                                                                                            nCount, pFile);
+    return Next<&fwrite>("fwrite")(pData, nSize, nCount, pFile);
 }
 int fputs(const char* szText, FILE* pFile) {
-    static std::atomic<int (*)(const char*, FILE*)> pNext = nullptr;
     Note("fputs");
-    return Next<int(const char*, FILE*)>(pNext, "fputs")(szText, pFile);
+    return Next<&fputs>("fputs")(szText, pFile);
 }
 int open(const char* szPath, int nFlags, ...) {
-    static std::atomic<int (*)(const char*, int, ...)> pNext = nullptr;
     Note("open");
     std::va_list rest;
     va_start(rest, nFlags);
     // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): it is, one line above
     const mode_t nMode = (nFlags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(rest, mode_t) : 0;
     va_end(rest);
-    return Next<int(const char*, int, ...)>(pNext, "open")(szPath, nFlags, nMode);
+    return Next<&open>("open")(szPath, nFlags, nMode);
 }
 }
