@@ -4,8 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <string>
-#include <vector>
+#include <utility>
 
 namespace {
 
@@ -33,18 +32,6 @@ protected:
         EXPECT_EQ(Text(), strText);
         EXPECT_EQ(Pos(), nPos);
         EXPECT_EQ(m_dialog.m_fFrequency, fFrequency);
-    }
-    // Takes the thumb, which stands in the middle, and moves it there, and then away from the slider.
-    void DragFromMiddle(int nPos) {
-        CWnd& slider = Item(g_nSlider);
-        const RECT rc = slider.GetClientRect();
-        POINT pt{rc.Width() / 2, rc.Height() / 3};
-        toolkit::Press(slider, pt);
-        while (Pos() < nPos && pt.x < rc.right) {
-            ++pt.x;
-            toolkit::Move(slider, pt);
-        }
-        toolkit::Move(slider, {pt.x, rc.bottom + 500});
     }
     // What DoModal returns when the user does this in a dialog opened with this frequency.
     int Run(float fFrequency, const std::function<void()>& fnUser) {
@@ -96,39 +83,40 @@ TEST_F(FrequencyDialog, FollowsTheTextWhileItIsInRange) {
 }
 
 TEST_F(FrequencyDialog, ClosesWithANumberInRangeOnly) {
-    for (const char* szBad : {"429.9", "450.1", ""}) {
+    const auto fnCloseBox = [] {
+        EXPECT_EQ(toolkit::ModalTitle(), "Invalid Number");
+        EXPECT_EQ(toolkit::ModalText(), "Please enter a number from 430 to 450 Hz, or press cancel");
+        toolkit::CloseModal();
+    };
+    for (const auto& [szText, nResult] :
+         {std::pair{"429.9", IDCANCEL}, {"430", IDOK}, {"450", IDOK}, {"450.1", IDCANCEL}, {"", IDCANCEL}}) {
         EXPECT_EQ(Run(440.0F,
                       [&] {
-                          Enter(szBad);
-                          toolkit::Later([] {
-                              EXPECT_EQ(toolkit::ModalTitle(), "Invalid Number");
-                              EXPECT_EQ(toolkit::ModalText(),
-                                        "Please enter a number from 430 to 450 Hz, or press cancel");
-                              toolkit::CloseModal();
-                          });
-                          Click(IDOK);
-                          EXPECT_TRUE(m_dialog.IsWindowVisible());
-                      }),
-                  IDCANCEL)
-            << szBad;
-    }
-    for (const int nBound : {430, 450}) {
-        EXPECT_EQ(Run(440.0F,
-                      [&] {
-                          toolkit::TypeText(Item(g_nEdit), std::to_string(nBound));
+                          Enter(szText);
+                          if (nResult == IDCANCEL) {
+                              toolkit::Later(fnCloseBox);
+                          }
                           toolkit::Key(Item(g_nEdit), g_nReturn, "\r");
                       }),
-                  IDOK);
-        EXPECT_EQ(m_dialog.m_fFrequency, static_cast<float>(nBound));
+                  nResult)
+            << szText;
     }
 }
 
-// The text is written when the button comes up, and read back: the float of 441.3 lies below it.
+// Of the mouse and the wheel the dialog hears before the slider follows, of a key afterwards. The text is
+// written when the button comes up, and read back: the float of 441.3 lies below it.
 TEST_F(FrequencyDialog, WritesTheTextWhenTheSliderIsReleased) {
     Run(440.0F, [this] {
-        DragFromMiddle(4413);
-        EXPECT_EQ(Text(), "440.0");
-        toolkit::Release(Item(g_nSlider), g_ptInButton);
+        CWnd& slider = Item(g_nSlider);
+        const RECT rc = slider.GetClientRect();
+        POINT pt{rc.Width() / 2, rc.Height() / 3};
+        toolkit::Press(slider, pt);
+        while (Pos() < 4413 && pt.x < rc.right) {
+            ++pt.x;
+            toolkit::Move(slider, pt);
+        }
+        EXPECT_LT(m_dialog.m_fFrequency, 441.25F);
+        toolkit::Release(slider, pt);
         Expect("441.3", 4412, 441.3F);
         toolkit::MoveOver(m_dialog, g_ptOnLabel);
         Expect("441.3", 4412, 441.2F);
@@ -141,10 +129,6 @@ TEST_F(FrequencyDialog, WritesTheTextWhenTheSliderIsReleased) {
         Click(IDOK);
     });
     EXPECT_EQ(m_dialog.m_fFrequency, 441.2F);
-}
-
-// Of a key the dialog hears afterwards, of the mouse and the wheel before.
-TEST_F(FrequencyDialog, HearsOfTheSliderInTheOrderOfItsNotices) {
     Run(440.0F, [this] {
         CWnd& slider = Item(g_nSlider);
         for (int i = 0; i < 13; ++i) {
@@ -162,12 +146,6 @@ TEST_F(FrequencyDialog, HearsOfTheSliderInTheOrderOfItsNotices) {
         // The same text once more counts as a change.
         Click(g_nReset);
         Expect("440.0", 4400, 440.0F);
-        const POINT ptThumb{slider.GetClientRect().right / 2, slider.GetClientRect().bottom / 3};
-        toolkit::Press(slider, ptThumb);
-        toolkit::Move(slider, {ptThumb.x + 50, ptThumb.y});
-        EXPECT_EQ(m_dialog.m_fFrequency, 440.0F);
-        toolkit::Move(slider, {ptThumb.x + 51, ptThumb.y});
-        EXPECT_GT(m_dialog.m_fFrequency, 442.0F);
     });
 }
 

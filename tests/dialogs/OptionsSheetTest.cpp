@@ -98,6 +98,12 @@ protected:
         toolkit::RunFor(40);
         return bOpened;
     }
+    // In its colour dialog the square gets this colour.
+    void PressSquare(int nSwatch, COLORREF clr) {
+        const POINT pt = PointAt(nSwatch, {8, 8});
+        toolkit::Press(Page(), pt);
+        EXPECT_TRUE(ReleaseOpens(pt, clr));
+    }
     // As the screen shows them.
     Colors ShownColors() {
         toolkit::RunFor(50);
@@ -120,20 +126,6 @@ protected:
     std::unique_ptr<COptionsSheet> m_pSheet;
     COLORREF m_clrFirst = 0;
 };
-
-TEST_F(OptionsSheet, ShowsTheColorsInTheirSquares) {
-    Run([this] {
-        EXPECT_EQ(toolkit::ModalTitle(), "[高音 ]");
-        EXPECT_EQ(m_pSheet->GetParent(), m_pMain);
-        EXPECT_EQ(m_pSheet->GetActivePage(), &Page());
-        EXPECT_EQ(ShownColors(), g_chosen);
-        EXPECT_FALSE(CanApply());
-        for (const int nId : {-1, g_nDefaults}) {
-            EXPECT_FALSE(toolkit::IsTextCut(*Page().GetDlgItem(nId))) << nId;
-        }
-        toolkit::SavePicture(*m_pSheet, "options-colors.png");
-    });
-}
 
 TEST_F(OptionsSheet, OpensTheColorDialogForAPressAndReleaseOnOneSquare) {
     struct Drag {
@@ -170,22 +162,26 @@ TEST_F(OptionsSheet, OpensTheColorDialogForAPressAndReleaseOnOneSquare) {
     });
 }
 
-TEST_F(OptionsSheet, TakesTheColorOfTheDialog) {
-    for (const bool bSame : {false, true}) {
+TEST_F(OptionsSheet, TakesAndShowsTheColorOfTheDialog) {
+    Run([this] {
+        EXPECT_EQ(toolkit::ModalTitle(), "[高音 ]");
+        EXPECT_EQ(m_pSheet->GetActivePage(), &Page());
+        EXPECT_EQ(ShownColors(), g_chosen);
+        EXPECT_FALSE(CanApply());
+        for (const int nId : {-1, g_nDefaults}) {
+            EXPECT_FALSE(toolkit::IsTextCut(*Page().GetDlgItem(nId))) << nId;
+        }
+        toolkit::SavePicture(*m_pSheet, "options-colors.png");
         Colors expected = g_chosen;
-        Run([&] {
-            for (std::size_t i = 0; i < g_chosen.size(); ++i) {
-                expected.at(i) = bSame ? g_chosen.at(i) : 0x804020;
-                const POINT pt = PointAt(static_cast<int>(i), {8, 8});
-                toolkit::Press(Page(), pt);
-                EXPECT_TRUE(ReleaseOpens(pt, expected.at(i)));
-                EXPECT_EQ(m_clrFirst, g_chosen.at(i));
-                EXPECT_EQ(Page().m_clr, expected);
-                EXPECT_EQ(ShownColors(), expected);
-                EXPECT_TRUE(CanApply()) << "also where the colour is the same";
-            }
-        });
-    }
+        for (std::size_t i = 0; i < expected.size(); ++i) {
+            expected.at(i) = i == 0 ? g_chosen[0] : 0x804020;
+            PressSquare(static_cast<int>(i), expected.at(i));
+            EXPECT_EQ(m_clrFirst, g_chosen.at(i));
+            EXPECT_EQ(Page().m_clr, expected);
+            EXPECT_TRUE(CanApply()) << "also where the colour is the same";
+        }
+        EXPECT_EQ(ShownColors(), expected);
+    });
     EXPECT_EQ(ColorsOf(m_store), g_chosen);
 }
 
@@ -199,8 +195,13 @@ TEST_F(OptionsSheet, AppliesAndDropsColors) {
     EXPECT_EQ(ColorsOf(m_store), g_chosen);
     EXPECT_THAT(m_pMain->m_told, IsEmpty());
 
-    EXPECT_EQ(Run([this] { Click(IDOK); }), IDOK);
+    EXPECT_EQ(Run([this] {
+                  m_pSheet->m_devicePage.m_nWaveChoice = 7;
+                  Click(IDOK);
+              }),
+              IDOK);
     EXPECT_EQ(Page().m_clr, g_chosen);
+    EXPECT_EQ(m_pSheet->m_devicePage.m_nWaveChoice, 7) << "nobody has looked at that page";
 
     EXPECT_EQ(Run([this] {
                   ClickDefaults();
@@ -208,28 +209,11 @@ TEST_F(OptionsSheet, AppliesAndDropsColors) {
                   EXPECT_THAT(m_pMain->m_told, ElementsAre(g_defaults)) << "before Apply is done";
                   EXPECT_FALSE(CanApply());
                   EXPECT_TRUE(m_pSheet->IsWindow());
-                  const POINT pt = PointAt(0, {8, 8});
-                  toolkit::Press(Page(), pt);
-                  EXPECT_TRUE(ReleaseOpens(pt, 0x010203));
+                  PressSquare(0, 0x010203);
                   EXPECT_TRUE(CanApply());
               }),
               IDCANCEL);
     EXPECT_EQ(ColorsOf(m_store), g_defaults) << "what came behind the last Apply is dropped";
-}
-
-TEST_F(OptionsSheet, GoesWithTheMainWindowWhateverIsOpen) {
-    m_pSheet.reset();
-    bool bOpened = false;
-    EXPECT_EQ(Run([&] {
-                  toolkit::Press(Page(), PointAt(0, {8, 8}));
-                  toolkit::Later([&] {
-                      bOpened = toolkit::ModalTitle() == "颜色";
-                      m_pMain->DestroyWindow();
-                  });
-                  toolkit::Release(Page(), PointAt(0, {8, 8}));
-              }),
-              IDCANCEL);
-    EXPECT_TRUE(bOpened);
 }
 
 TEST_F(OptionsSheet, KnowsEnterEscapeAndTab) {
