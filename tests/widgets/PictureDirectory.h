@@ -14,8 +14,6 @@ public:
     }
     CCurrentDirectory(const CCurrentDirectory&) = delete;
     CCurrentDirectory& operator=(const CCurrentDirectory&) = delete;
-    CCurrentDirectory(CCurrentDirectory&&) = delete;
-    CCurrentDirectory& operator=(CCurrentDirectory&&) = delete;
 
 private:
     const std::filesystem::path m_before = std::filesystem::current_path();

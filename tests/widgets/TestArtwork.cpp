@@ -10,29 +10,22 @@ namespace TestArtwork {
 namespace {
 
 constexpr COLORREF WHITE = 0xFFFFFF;
-constexpr int STRIP_HEIGHT = 30;
-constexpr int GLYPH_HEIGHT = 27;
-// Rows below the glyphs, which no draw may show.
-constexpr COLORREF BELOW = 0x050505;
+constexpr int STRIP_HEIGHT = 30;  // three rows more than the dial shows
 
 // With white text a strip shows the blue channel of its bevel file as grey: 255 - trunc(255 x (1 - v / 256))
 // is v for every v above 0.
-template <std::size_t N>
-void WriteStrip(const CString& strName, const std::array<int, N>& edges, COLORREF (*pfnColor)(int),
-                const std::function<bool(int k, int x, int y)>& fnInk) {
-    const auto isInk = [&](int x, int y) {
-        const auto itNext = std::upper_bound(edges.begin(), edges.end(), x);
-        return fnInk(static_cast<int>(itNext - edges.begin()) - 1, x - *(itNext - 1), y);
+void WriteStrip(const CString& strName, const Strip& strip,
+                const std::function<bool(char glyph, int x, int y)>& fnInk) {
+    const auto write = [&](const char* szFile, bool bShape) {
+        WriteBitmap(strName + szFile, strip.edges.back(), STRIP_HEIGHT, [&](int x, int y) {
+            const auto itLeft = std::upper_bound(strip.edges.begin(), strip.edges.end(), x) - 1;
+            const char glyph = strip.glyphs.at(static_cast<std::size_t>(itLeft - strip.edges.begin()));
+            const COLORREF clrInk = bShape ? 0 : GlyphColor(glyph);
+            return fnInk(glyph, x - *itLeft, y) ? clrInk : WHITE;
+        });
     };
-    WriteBitmap(strName + "Clr.bmp", edges.back(), STRIP_HEIGHT,
-                [&](int x, int y) { return isInk(x, y) ? 0 : WHITE; });
-    WriteBitmap(strName + "Bev.bmp", edges.back(), STRIP_HEIGHT, [&](int x, int y) {
-        if (y >= GLYPH_HEIGHT) {
-            return BELOW;
-        }
-        const auto itNext = std::upper_bound(edges.begin(), edges.end(), x);
-        return isInk(x, y) ? pfnColor(static_cast<int>(itNext - edges.begin()) - 1) : WHITE;
-    });
+    write("Clr.bmp", true);
+    write("Bev.bmp", false);
 }
 
 }  // namespace
@@ -40,16 +33,17 @@ void WriteStrip(const CString& strName, const std::array<int, N>& edges, COLORRE
 void Write(Glyphs glyphs) {
     const bool bBoxes = glyphs == Glyphs::Boxes;
     // Letters are cleared up to column 73 only, which the sharp of C# and G# passes by three columns.
-    WriteStrip("Notes", LETTER_EDGES, LetterColor, [&](int, int x, int) { return bBoxes || x < 22; });
+    WriteStrip("Notes", LETTERS, [&](char, int x, int) { return bBoxes || x < 22; });
     // The plus is cleared on 20 by 20 pixels, a digit by the next one, which may be 24 wide.
-    WriteStrip("Num", DIGIT_EDGES, DigitColor,
-               [&](int k, int x, int y) { return bBoxes || (k == PLUS ? x < 20 && y < 20 : x < 24); });
+    WriteStrip("Num", NUMERALS, [&](char glyph, int x, int y) {
+        return bBoxes || (glyph == '+' ? x < 20 && y < 20 : x < 24);
+    });
     WriteBitmap("Label.bmp", 236, 69, LabelAt);
     WriteBitmap("Circle.bmp", 58, 23, [](int x, int y) { return IsHub(x, y) ? HUB_COLOR : WHITE; });
     WriteBitmap("gBar.bmp", 464, 5, BarAt);
     WriteBitmap("gTic.bmp", 9, 24, TicAt);
     for (int i = 1; i <= 3; ++i) {
-        WriteBitmap(FormatText("string%d.bmp", i), 20, STRING_HEIGHT,
+        WriteBitmap(FormatText("string%d.bmp", i), 20, StringHeight(i),
                     [i](int x, int y) { return StringAt(i, x, y); });
     }
 }

@@ -2,7 +2,8 @@
 
 #include "platform/base/Types.h"
 
-#include <array>
+#include <string_view>
+#include <vector>
 
 // Bitmaps of the widgets' geometry whose every pixel is known, so that a picture tells which pixel of which
 // file stands where. Drawn with white text.
@@ -15,22 +16,20 @@ enum class Glyphs { Boxes, WithMargins };
 // Writes all files that the four widgets load into the current directory.
 void Write(Glyphs glyphs);
 
-inline constexpr std::array<int, 10> LETTER_EDGES = {0, 32, 60, 90, 119, 146, 170, 200, 225, 249};
-inline constexpr std::array<int, 14> DIGIT_EDGES = {0,   26,  50,  75,  99,  125, 150,
-                                                    175, 200, 225, 250, 286, 299, 321};
-inline constexpr int PERCENT = 10;
-inline constexpr int MINUS = 11;
-inline constexpr int PLUS = 12;
+// The glyphs of a strip, where the dial cuts each, and where the last one ends.
+struct Strip {
+    std::string_view glyphs;
+    std::vector<int> edges;
+};
+inline const Strip LETTERS = {"ABCDEFG#b", {0, 32, 60, 90, 119, 146, 170, 200, 225, 249}};
+inline const Strip NUMERALS = {"0123456789%-+",
+                               {0, 26, 50, 75, 99, 125, 150, 175, 200, 225, 250, 286, 299, 321}};
 
-// The colour of letter glyph k (A to G, sharp, flat) and of numeral glyph k (0 to 9, percent, minus, plus).
-constexpr COLORREF LetterColor(int k) {
-    return static_cast<COLORREF>(16 * (k + 1)) * 0x010101;
-}
-constexpr COLORREF DigitColor(int k) {
-    return static_cast<COLORREF>(16 * (k + 1) + 1) * 0x010101;
+constexpr COLORREF GlyphColor(char glyph) {
+    return static_cast<COLORREF>(glyph) * 0x010101;
 }
 // The scale, 236 by 69, the hub, 58 by 23, opaque in its columns 10 to 47, the bar, 464 by 5, the tick, 9 by
-// 24, and the pictures of the strings, 20 wide and 40 high.
+// 24, and the pictures of the strings, 20 wide and of different heights.
 constexpr COLORREF LabelAt(int x, int y) {
     return MakeColor(x, 100 + y, 0x33);
 }
@@ -47,6 +46,8 @@ constexpr COLORREF TicAt(int x, int y) {
 constexpr COLORREF StringAt(int nFile, int x, int y) {
     return MakeColor(0x40 * nFile, 0x60 + x, 0x80 + y);
 }
-inline constexpr int STRING_HEIGHT = 40;
+constexpr int StringHeight(int nFile) {
+    return nFile == 2 ? 30 : 40;
+}
 
 }  // namespace TestArtwork

@@ -5,13 +5,16 @@
 #include "widgets/LevelMeter.h"
 #include "widgets/StringDiagram.h"
 
-// All that the four widgets are given.
-struct DisplayState {
+// What a frame may change.
+struct DisplayReading {
     float fLevel = 0.0F;
     float fHz = 0.0F;
     int nSemitone = 6;
     int nCents = 0;
     COLORREF clrDialNeedle = 0xA0A0A0;
+};
+// What the user may change.
+struct DisplaySettings {
     COLORREF clrNeedle = 0xA00000;
     COLORREF clrHigh = 0xFF0000;
     COLORREF clrLow = 0x008000;
@@ -19,6 +22,7 @@ struct DisplayState {
     Tuning tuning = Tuning::StandardE();
     float fA = DEFAULT_A_FREQUENCY;
 };
+struct DisplayState : DisplayReading, DisplaySettings {};
 
 // The widgets of the main window, in its places, driven as the window drives them.
 class CWidgetSet {
@@ -26,7 +30,6 @@ public:
     static constexpr RECT s_rcMeter = {210, 43, 240, 300};
     static constexpr RECT s_rcDial = {250, 43, 490, 300};
     static constexpr RECT s_rcCoarse = {10, 310, 490, 360};
-    static constexpr RECT s_rcDiagram = {20, 34, 190, 102};
 
     bool Create(CWnd* pWnd) {
         return m_meter.Create(pWnd, s_rcMeter) && m_coarse.Create(pWnd) && m_dial.Create(pWnd) &&
@@ -35,28 +38,25 @@ public:
 
     // Hands over everything; the next full draw shows it.
     void SetAll(const DisplayState& state) {
-        SetColors(state);
-        SetTuning(state);
+        SetSettings(state);
         SetReading(state);
         m_dial.SetColor(state.clrDialNeedle);
     }
-    void SetColors(const DisplayState& state) {
-        m_meter.SetColors(state.clrHigh, state.clrLow);
-        m_dial.SetDigitColor(state.clrText);
-        m_coarse.SetColor(state.clrNeedle);
+    void SetSettings(const DisplaySettings& settings) {
+        m_meter.SetColors(settings.clrHigh, settings.clrLow);
+        m_dial.SetDigitColor(settings.clrText);
+        m_coarse.SetColor(settings.clrNeedle);
         m_coarse.Rebuild();
-    }
-    void SetTuning(const DisplayState& state) {
-        m_diagram.SetTuning(state.tuning);
-        m_coarse.SetTuning(state.tuning);
-        m_coarse.SetAFrequency(state.fA);
+        m_diagram.SetTuning(settings.tuning);
+        m_coarse.SetTuning(settings.tuning);
+        m_coarse.SetAFrequency(settings.fA);
     }
     // What a frame hands over before it draws.
-    void SetReading(const DisplayState& state) {
-        m_meter.SetLevel(state.fLevel);
-        m_coarse.SetFrequency(state.fHz);
-        m_dial.SetCents(state.nCents);
-        m_dial.SetNote(state.nSemitone);
+    void SetReading(const DisplayReading& reading) {
+        m_meter.SetLevel(reading.fLevel);
+        m_coarse.SetFrequency(reading.fHz);
+        m_dial.SetCents(reading.nCents);
+        m_dial.SetNote(reading.nSemitone);
     }
     void DrawFull(CDC* pDc) {
         m_diagram.Draw(pDc, true);

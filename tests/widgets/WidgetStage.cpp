@@ -10,13 +10,6 @@
 #include <fstream>
 #include <mutex>
 
-namespace {
-
-// No widget draws it.
-constexpr COLORREF UNTOUCHED = 0xFE01FE;
-
-}  // namespace
-
 CStageWnd::CStageWnd() {
     SetClientSize(s_rcClient.right, s_rcClient.bottom);
 }
@@ -28,61 +21,52 @@ void CStageWnd::Draw(const std::function<void(CDC*)>& fnDraw) {
 }
 
 COLORREF CStageWnd::GetPixel(int x, int y) const {
-    const CSurface& surface = GetPicture().GetSurface();
-    const bool bInside = x >= 0 && y >= 0 && x < surface.GetWidth() && y < surface.GetHeight();
-    return bInside ? ColorFromPixel(surface.GetRow(y)[x]) : CLR_INVALID;
+    return ColorFromPixel(GetPicture().GetSurface().GetRow(y)[x]);
 }
 
-void PrintTo(const RECT& rc, std::ostream* pStream) {
-    *pStream << '(' << rc.left << ", " << rc.top << ", " << rc.right << ", " << rc.bottom << ')';
-}
-
-testing::AssertionResult PixelsAre(const CStageWnd& wnd, const RECT& rc, const ExpectedColor& fnExpected) {
-    int nWrong = 0;
-    CString strFirst;
-    for (int y = rc.top; y < rc.bottom; ++y) {
-        for (int x = rc.left; x < rc.right; ++x) {
+testing::AssertionResult PixelsAre(const CStageWnd& wnd, const RECT& rc, const PixelColor& fnExpected) {
+    for (int y = 0; y < rc.Height(); ++y) {
+        for (int x = 0; x < rc.Width(); ++x) {
             const COLORREF clrExpected = fnExpected(x, y);
-            const COLORREF clr = wnd.GetPixel(x, y);
-            if (clrExpected == CLR_INVALID || clr == clrExpected) {
-                continue;
-            }
-            if (nWrong++ == 0) {
-                strFirst = FormatText("(%d, %d) is %06X instead of %06X", x, y, clr, clrExpected);
+            const COLORREF clr = wnd.GetPixel(rc.left + x, rc.top + y);
+            if (clr != clrExpected) {
+                return testing::AssertionFailure()
+                       << FormatText("(%d, %d) is %06X instead of %06X", x, y, clr, clrExpected);
             }
         }
     }
-    if (nWrong == 0) {
-        return testing::AssertionSuccess();
-    }
-    return testing::AssertionFailure() << nWrong << " pixels differ, first " << strFirst;
+    return testing::AssertionSuccess();
 }
 
-testing::AssertionResult ShowTheSame(const CStageWnd& wnd, const CStageWnd& wndExpected, const RECT& rc) {
-    const CSurface& surface = wnd.GetPicture().GetSurface();
-    const CSurface& expected = wndExpected.GetPicture().GetSurface();
-    bool bSame = true;
-    for (int y = rc.top; y < rc.bottom && bSame; ++y) {
-        const Pixel* const pRow = surface.GetRow(y);
-        bSame = std::equal(pRow + rc.left, pRow + rc.right, expected.GetRow(y) + rc.left);
-    }
-    if (bSame) {
-        return testing::AssertionSuccess();
-    }
-    return PixelsAre(wnd, rc, [&](int x, int y) { return wndExpected.GetPixel(x, y); });
+testing::AssertionResult FramedPixelsAre(const CStageWnd& wnd, const RECT& rc, const PixelColor& fnExpected) {
+    constexpr int COLORS[2][2] = {{COLOR_BTNSHADOW, COLOR_BTNHILIGHT}, {COLOR_3DDKSHADOW, COLOR_3DLIGHT}};
+    return PixelsAre(wnd, rc, [&](int x, int y) {
+        const int nInset = std::min({x, y, rc.Width() - 1 - x, rc.Height() - 1 - y});
+        const bool bLight = x == rc.Width() - 1 - nInset || y == rc.Height() - 1 - nInset;
+        return nInset > 1 ? fnExpected(x, y) : GetSysColor(COLORS[nInset][bLight ? 1 : 0]);
+    });
+}
+
+testing::AssertionResult ShowTheSame(const CStageWnd& wnd, const CStageWnd& wndExpected) {
+    const RECT& rc = CStageWnd::s_rcClient;
+    const Pixel* const pPixels = wnd.GetPicture().GetSurface().GetRow(0);
+    const bool bSame =
+        std::equal(pPixels, pPixels + rc.right * rc.bottom, wndExpected.GetPicture().GetSurface().GetRow(0));
+    return bSame ? testing::AssertionSuccess()
+                 : PixelsAre(wnd, rc, [&](int x, int y) { return wndExpected.GetPixel(x, y); });
 }
 
 testing::AssertionResult TouchesExactly(const std::function<void(CDC*)>& fnDraw,
                                         const std::vector<RECT>& rects) {
+    constexpr COLORREF UNTOUCHED = 0xFE01FE;  // no widget draws it
     CStageWnd wnd;
     wnd.Draw([](CDC* pDc) { pDc->FillSolidRect(CStageWnd::s_rcClient, UNTOUCHED); });
     wnd.Draw(fnDraw);
     for (int y = 0; y < CStageWnd::s_rcClient.bottom; ++y) {
         for (int x = 0; x < CStageWnd::s_rcClient.right; ++x) {
-            bool bExpected = false;
-            for (const RECT& rc : rects) {
-                bExpected = bExpected || PtInRect(rc, {x, y});
-            }
+            const bool bExpected = std::any_of(rects.begin(), rects.end(), [&](const RECT& rc) {
+                return PtInRect(rc, {x, y});
+            });
             if ((wnd.GetPixel(x, y) != UNTOUCHED) != bExpected) {
                 return testing::AssertionFailure()
                        << FormatText("(%d, %d) was %swritten", x, y, bExpected ? "not " : "");
@@ -92,21 +76,10 @@ testing::AssertionResult TouchesExactly(const std::function<void(CDC*)>& fnDraw,
     return testing::AssertionSuccess();
 }
 
-void WriteBitmap(const CString& strFile, int cx, int cy, const ExpectedColor& fnPixel) {
+void WriteBitmap(const CString& strFile, int cx, int cy, const PixelColor& fnPixel) {
     std::ofstream(strFile, std::ios::binary) << bmp::Encode24(cx, cy, [&](int x, int y) {
         const COLORREF clr = fnPixel(x, y);
         return bmp::Rgb{static_cast<BYTE>(GetRed(clr)), static_cast<BYTE>(GetGreen(clr)),
                         static_cast<BYTE>(GetBlue(clr))};
     });
-}
-
-COLORREF SunkenEdgeAt(const RECT& rc, int x, int y) {
-    const auto ring = [&](int nInset, int nDark, int nLight) {
-        if (x == rc.right - 1 - nInset || y == rc.bottom - 1 - nInset) {
-            return GetSysColor(nLight);
-        }
-        return x == rc.left + nInset || y == rc.top + nInset ? GetSysColor(nDark) : CLR_INVALID;
-    };
-    const COLORREF clrOuter = ring(0, COLOR_BTNSHADOW, COLOR_BTNHILIGHT);
-    return clrOuter != CLR_INVALID ? clrOuter : ring(1, COLOR_3DDKSHADOW, COLOR_3DLIGHT);
 }

@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <ostream>
 #include <vector>
 
 // A client area of the main window's size to draw into, without a window and without a display.
@@ -20,23 +19,22 @@ public:
     // Draws with a client device context, under the picture's lock.
     void Draw(const std::function<void(CDC*)>& fnDraw);
 
+    // Of a point inside.
     COLORREF GetPixel(int x, int y) const;
 };
 
-void PrintTo(const RECT& rc, std::ostream* pStream);
+// The colour of a pixel, counted from the top left of a picture.
+using PixelColor = std::function<COLORREF(int x, int y)>;
 
-// The colour expected at a pixel; CLR_INVALID leaves it out.
-using ExpectedColor = std::function<COLORREF(int x, int y)>;
-
-testing::AssertionResult PixelsAre(const CStageWnd& wnd, const RECT& rc, const ExpectedColor& fnExpected);
-testing::AssertionResult ShowTheSame(const CStageWnd& wnd, const CStageWnd& wndExpected, const RECT& rc);
+// The picture that stands in a rectangle of the window.
+testing::AssertionResult PixelsAre(const CStageWnd& wnd, const RECT& rc, const PixelColor& fnExpected);
+// The same inside a sunken edge of two pixels.
+testing::AssertionResult FramedPixelsAre(const CStageWnd& wnd, const RECT& rc, const PixelColor& fnExpected);
+testing::AssertionResult ShowTheSame(const CStageWnd& wnd, const CStageWnd& wndExpected);
 // Runs a draw on a fresh area and tells whether it wrote to each pixel of these rectangles and to no other
 // one.
 testing::AssertionResult TouchesExactly(const std::function<void(CDC*)>& fnDraw,
                                         const std::vector<RECT>& rects);
 
 // A BMP file of 24 bits.
-void WriteBitmap(const CString& strFile, int cx, int cy, const ExpectedColor& fnPixel);
-
-// The colour that the sunken edge of the rectangle has at a pixel, CLR_INVALID inside it.
-COLORREF SunkenEdgeAt(const RECT& rc, int x, int y);
+void WriteBitmap(const CString& strFile, int cx, int cy, const PixelColor& fnPixel);
