@@ -19,9 +19,28 @@ public:
 
 namespace {
 
-// A timer whose ticks the test makes.
-class CHandTimer final : public ITimerBackend {
-public:
+using Sent = std::pair<int, DWORD>;  // tick and message
+
+// It stands in for the timer, whose ticks the test makes, and for the MIDI system, and writes down what that
+// is told, and when.
+class TonePlayer : public testing::Test,
+                   protected ITimerBackend,
+                   protected IMidiOutBackend,
+                   protected IMidiOutPort {
+protected:
+    void SetUp() override {
+        g_nUsPerTick = 0;
+        g_nPrevUsPerTick = 0;
+        SetTimerBackend({std::shared_ptr<void>(), this});
+        SetMidiOutBackend({std::shared_ptr<void>(), this});
+    }
+    void TearDown() override {
+        EXPECT_EQ(m_nOpen, 0) << "a device was left open";
+        EXPECT_EQ(m_nPeriods, 0) << "the timer's precision was not given back";
+        SetTimerBackend(nullptr);
+        SetMidiOutBackend(nullptr);
+    }
+
     MMRESULT GetDevCaps(TIMECAPS& caps) override {
         caps = {1, 1000};
         return TIMERR_NOERROR;
@@ -38,39 +57,14 @@ public:
         EXPECT_EQ(uDelay, 5U);
         EXPECT_EQ(m_pfnCallback, nullptr) << "two timers at once";
         m_pfnCallback = pfnCallback;
-        m_nTick = 0;
         return 7;
     }
     MMRESULT KillEvent(UINT uTimerId) override {
         EXPECT_EQ(uTimerId, 7U);
         m_pfnCallback = nullptr;
+        m_nTick = 0;
         return TIMERR_NOERROR;
     }
-    void Tick(int nTicks) {
-        for (int i = 0; i < nTicks && m_pfnCallback != nullptr; ++i) {
-            ++m_nTick;
-            m_pfnCallback(7, 0, 0, 0, 0);
-        }
-    }
-
-    TimeProc m_pfnCallback = nullptr;
-    int m_nTick = 0;
-    int m_nPeriods = 0;
-};
-
-struct Sent {
-    int nTick;
-    DWORD dwMessage;
-    friend bool operator==(const Sent&, const Sent&) = default;
-    friend void PrintTo(const Sent& sent, std::ostream* pStream) {
-        *pStream << sent.nTick << ": " << std::hex << sent.dwMessage << std::dec;
-    }
-};
-
-// A MIDI system that writes down what it is told, and when.
-class CRecordingMidi final : public IMidiOutBackend {
-public:
-    explicit CRecordingMidi(const CHandTimer& timer) : m_timer(timer) {}
 
     UINT GetNumDevs() override { return static_cast<UINT>(m_technologies.size()); }
     MMRESULT GetDevCaps(UINT uDeviceId, MIDIOUTCAPS& caps) override {
@@ -84,101 +78,74 @@ public:
         EXPECT_EQ(m_nOpen, 0) << "two devices at once";
         ++m_nOpen;
         m_opened.push_back(uDeviceId);
-        pPort = std::make_shared<CPort>(*this);
+        pPort = {std::shared_ptr<void>(), this};
+        return MMSYSERR_NOERROR;
+    }
+    MMRESULT ShortMsg(DWORD dwMessage) override {
+        m_sent.push_back({m_nTick, dwMessage});
+        return MMSYSERR_NOERROR;
+    }
+    MMRESULT GetVolume(DWORD& dwVolume) override {
+        dwVolume = 0x12345678;
+        return MMSYSERR_NOERROR;
+    }
+    MMRESULT SetVolume(DWORD dwVolume) override {
+        EXPECT_EQ(dwVolume, 0x12345678U);
+        ++m_nVolumesSet;
+        return MMSYSERR_NOERROR;
+    }
+    MMRESULT Close() override {
+        --m_nOpen;
         return MMSYSERR_NOERROR;
     }
 
+    void Tick(int nTicks) {
+        for (int i = 0; i < nTicks && m_pfnCallback != nullptr; ++i) {
+            ++m_nTick;
+            m_pfnCallback(7, 0, 0, 0, 0);
+        }
+    }
+
+    TimeProc m_pfnCallback = nullptr;
+    int m_nTick = 0;
+    int m_nPeriods = 0;
     std::vector<WORD> m_technologies = {MOD_SYNTH};
     bool m_bFirstRefuses = false;
     std::vector<UINT> m_opened;
     std::vector<Sent> m_sent;
-    DWORD m_dwVolume = 0x12345678;
     int m_nVolumesSet = 0;
     int m_nOpen = 0;
-
-private:
-    class CPort final : public IMidiOutPort {
-    public:
-        explicit CPort(CRecordingMidi& midi) : m_midi(midi) {}
-        MMRESULT ShortMsg(DWORD dwMessage) override {
-            m_midi.m_sent.push_back(
-                {m_midi.m_timer.m_pfnCallback != nullptr ? m_midi.m_timer.m_nTick : 0, dwMessage});
-            return MMSYSERR_NOERROR;
-        }
-        MMRESULT GetVolume(DWORD& dwVolume) override {
-            dwVolume = m_midi.m_dwVolume;
-            return MMSYSERR_NOERROR;
-        }
-        MMRESULT SetVolume(DWORD dwVolume) override {
-            EXPECT_EQ(dwVolume, 0x12345678U);
-            ++m_midi.m_nVolumesSet;
-            return MMSYSERR_NOERROR;
-        }
-        MMRESULT Close() override {
-            --m_midi.m_nOpen;
-            return MMSYSERR_NOERROR;
-        }
-
-    private:
-        CRecordingMidi& m_midi;
-    };
-
-    const CHandTimer& m_timer;
 };
 
-class TonePlayer : public testing::Test {
-protected:
-    void SetUp() override {
-        g_nUsPerTick = 0;
-        g_nPrevUsPerTick = 0;
-        SetTimerBackend(m_pTimer);
-        SetMidiOutBackend(m_pMidi);
-    }
-    void TearDown() override {
-        EXPECT_EQ(m_pMidi->m_nOpen, 0) << "a device was left open";
-        EXPECT_EQ(m_pTimer->m_nPeriods, 0) << "the timer's precision was not given back";
-        SetTimerBackend(nullptr);
-        SetMidiOutBackend(nullptr);
-    }
-
-    std::shared_ptr<CHandTimer> m_pTimer = std::make_shared<CHandTimer>();
-    std::shared_ptr<CRecordingMidi> m_pMidi = std::make_shared<CRecordingMidi>(*m_pTimer);
-};
-
-void LoadSong(CMidiSong& song, std::vector<BYTE>& image) {
+void LoadSong(CMidiSong& song, std::vector<BYTE> image) {
     CMemFile file{std::span<BYTE>(image)};
     CArchive archive(file, CArchive::Mode::Load);
     EXPECT_TRUE(song.Serialize(archive));
 }
 
-struct Bend {
-    float fA;
-    DWORD dwOne;
-    DWORD dwAll;
-};
-constexpr std::array<Bend, 3> BENDS = {
-    {{430.0F, 0x3321E0, 0x131DE0}, {440.0F, 0x4004E0, 0x2000E0}, {450.0F, 0x4C38E0, 0x2C34E0}}};
-
-TEST_F(TonePlayer, OneStringSoundsForEightHundredMilliseconds) {
-    for (const Bend& bend : BENDS) {
+// One string sounds for 160 ticks of 5 ms, all follow each other every 36. The bend stops at a semitone.
+TEST_F(TonePlayer, TonesHaveTheirLengthAndTheBendOfTheAFrequency) {
+    struct Bend {
+        float fA;
+        DWORD dwOne;
+        DWORD dwAll;
+    };
+    for (const Bend& bend : {Bend{300.0F, 0x2004E0, 0x0000E0}, Bend{430.0F, 0x3321E0, 0x131DE0},
+                             Bend{440.0F, 0x4004E0, 0x2000E0}, Bend{450.0F, 0x4C38E0, 0x2C34E0},
+                             Bend{500.0F, 0x6004E0, 0x4000E0}}) {
+        SCOPED_TRACE(bend.fA);
         CTonePlayer player;
         player.SetAFrequency(bend.fA);
-        m_pMidi->m_sent.clear();
+        m_sent.clear();
         player.PlayString(40, 127);
-        m_pTimer->Tick(1000);
-        const std::vector<Sent> expected = {{0, 0xFF},     {0, 0x18C0},     {0, bend.dwOne},
-                                            {0, 0x7F2890}, {160, 0x002890}, {160, 0x00F8B0}};
-        EXPECT_EQ(m_pMidi->m_sent, expected) << bend.fA;
-    }
-}
-
-TEST_F(TonePlayer, AllStringsFollowEachOtherEveryHundredAndEightyMilliseconds) {
-    for (const Bend& bend : BENDS) {
-        CTonePlayer player;
-        player.SetAFrequency(bend.fA);
-        m_pMidi->m_sent.clear();
+        Tick(1000);
+        EXPECT_EQ(
+            m_sent,
+            (std::vector<Sent>{
+                {0, 0xFF}, {0, 0x18C0}, {0, bend.dwOne}, {0, 0x7F2890}, {160, 0x002890}, {160, 0x00F8B0}}));
+        m_sent.clear();
         player.PlayAllStrings(41, 46, 51, 56, 60, 65, 127);
-        m_pTimer->Tick(1000);
+        Tick(1000);
         std::vector<Sent> expected = {{0, 0xFF}, {0, 0x18C0}, {0, bend.dwAll}};
         int nTick = 0;
         for (const DWORD dwNote : {41U, 46U, 51U, 56U, 60U, 65U}) {
@@ -187,7 +154,7 @@ TEST_F(TonePlayer, AllStringsFollowEachOtherEveryHundredAndEightyMilliseconds) {
             expected.push_back({nTick, 0x90U | dwNote << 8});
         }
         expected.push_back({nTick, 0x00F8B0});
-        EXPECT_EQ(m_pMidi->m_sent, expected) << bend.fA;
+        EXPECT_EQ(m_sent, expected);
     }
 }
 
@@ -196,30 +163,35 @@ TEST_F(TonePlayer, TheImageIsWrittenByteForByte) {
     player.PlayString(127, 127);
     std::vector<BYTE> image = CTonePlayerAccess::ImageOf(player);
     ASSERT_EQ(image.size(), 197U);
-    const std::vector<BYTE> one = {0,   0,   0,  22,  0, 0xC0, 0x18, 0,    0xE0, 4, 64,   0,    0x90,
-                                   127, 127, 80, 127, 0, 0,    0xB0, 0xF8, 0,    0, 0xFF, 0x2F, 0};
-    EXPECT_EQ(std::vector<BYTE>(image.begin() + 171, image.end()), one);
     EXPECT_EQ(image[21], 0x91);
-    EXPECT_EQ(std::vector<BYTE>(image.begin() + 163, image.begin() + 171),
-              std::vector<BYTE>({0, 0xFF, 0x2F, 0, 0x4D, 0x54, 0x72, 0x6B}));
+    EXPECT_EQ(std::vector<BYTE>(image.begin() + 171, image.end()),
+              std::vector<BYTE>({0,   0,   0,  22,  0, 0xC0, 0x18, 0,    0xE0, 4, 64,   0,    0x90,
+                                 127, 127, 80, 127, 0, 0,    0xB0, 0xF8, 0,    0, 0xFF, 0x2F, 0}));
     player.PlayAllStrings(1, 2, 3, 4, 5, 6, 10);
     image = CTonePlayerAccess::ImageOf(player);
     ASSERT_EQ(image.size(), 227U);
-    const std::vector<BYTE> all = {0,  0,  0,  52, 0,  0xC0, 0x18, 0,    0xE0, 0, 0x20, 0,    0x90, 1,
-                                   65, 18, 1,  0,  0,  2,    65,   18,   2,    0, 0,    3,    65,   18,
-                                   3,  0,  0,  4,  64, 18,   4,    0,    0,    5, 64,   18,   5,    0,
-                                   0,  6,  64, 18, 6,  0,    0,    0xB0, 0xF8, 0, 0,    0xFF, 0x2F, 0};
-    EXPECT_EQ(std::vector<BYTE>(image.begin() + 171, image.end()), all);
+    EXPECT_EQ(std::vector<BYTE>(image.begin() + 171, image.end()),
+              std::vector<BYTE>({0,  0,  0,  52, 0,  0xC0, 0x18, 0,    0xE0, 0, 0x20, 0,    0x90, 1,
+                                 65, 18, 1,  0,  0,  2,    65,   18,   2,    0, 0,    3,    65,   18,
+                                 3,  0,  0,  4,  64, 18,   4,    0,    0,    5, 64,   18,   5,    0,
+                                 0,  6,  64, 18, 6,  0,    0,    0xB0, 0xF8, 0, 0,    0xFF, 0x2F, 0}));
 }
 
+// Eight times the tempo slows for a quarter note; the last time it ends faster than it was.
 TEST_F(TonePlayer, TheFirstTrackHoldsItsTempos) {
+    using Tempo = std::pair<DWORD, DWORD>;  // tick and microseconds per quarter note
+    std::vector<Tempo> expected = {{0, 1200000}};
+    for (const auto& [nTick, nTempo] :
+         {Tempo{840, 1333333}, Tempo{1800, 1333333}, Tempo{2760, 1333333}, Tempo{5640, 1500000},
+          Tempo{8520, 1333333}, Tempo{10440, 1500000}, Tempo{13320, 1333333}, Tempo{15240, 1500000}}) {
+        expected.insert(expected.end(), {{nTick, nTempo}, {nTick + 120, 1200000}});
+    }
+    expected.back().second = 1000000;
     CTonePlayer player;
     player.PlayString(40, 127);
-    std::vector<BYTE> image = CTonePlayerAccess::ImageOf(player);
     CMidiSong song;
-    LoadSong(song, image);
+    LoadSong(song, CTonePlayerAccess::ImageOf(player));
     song.GetTracks().ResetIteration();
-    using Tempo = std::pair<DWORD, DWORD>;  // tick and microseconds per quarter note
     std::vector<Tempo> tempos;
     DWORD nTick = 0;
     for (const auto* p = song.GetTracks().NextTrack()->GetFirstEvent(); p != nullptr; p = p->GetNext()) {
@@ -228,11 +200,6 @@ TEST_F(TonePlayer, TheFirstTrackHoldsItsTempos) {
             tempos.emplace_back(nTick, p->GetValue());
         }
     }
-    const std::vector<Tempo> expected = {
-        {0, 1200000},     {840, 1333333},   {960, 1200000},   {1800, 1333333},  {1920, 1200000},
-        {2760, 1333333},  {2880, 1200000},  {5640, 1500000},  {5760, 1200000},  {8520, 1333333},
-        {8640, 1200000},  {10440, 1500000}, {10560, 1200000}, {13320, 1333333}, {13440, 1200000},
-        {15240, 1500000}, {15360, 1000000}};
     EXPECT_EQ(tempos, expected);
     EXPECT_EQ(song.GetTracks().GetCount(), 2);
 }
@@ -254,77 +221,58 @@ TEST_F(TonePlayer, EarlyEventsDoNotAddUpAndWaitsKeepTheirPartOfTheTempo) {
     CMidiSequencer sequencer;
     ASSERT_TRUE(sequencer.Open(song));
     sequencer.StartTimer();
-    m_pTimer->Tick(100);
+    Tick(100);
     sequencer.StopTimer();
     // By the clock a note is due at 7, 14, 21... ms, and sounds at the tick of 5 ms before. The long wait has
     // 75 of its 140 ms left when the tempo is halved, in the fourteenth tick: 150 more from there.
-    EXPECT_EQ(m_pMidi->m_sent, (std::vector<Sent>{{0, 0xFF},
-                                                  {0, 0x090190},
-                                                  {0, 0x090791},
-                                                  {1, 0x090290},
-                                                  {2, 0x090390},
-                                                  {4, 0x090490},
-                                                  {5, 0x090590},
-                                                  {7, 0x090690},
-                                                  {43, 0x090891}}));
+    EXPECT_EQ(m_sent, (std::vector<Sent>{{0, 0xFF},
+                                         {0, 0x090190},
+                                         {0, 0x090791},
+                                         {1, 0x090290},
+                                         {2, 0x090390},
+                                         {4, 0x090490},
+                                         {5, 0x090590},
+                                         {7, 0x090690},
+                                         {43, 0x090891}}));
     CMidiSong empty;
     EXPECT_TRUE(sequencer.Open(empty)) << "while it is open";
-    EXPECT_EQ(m_pMidi->m_nVolumesSet, 1);
+    EXPECT_EQ(m_nVolumesSet, 1);
     sequencer.StartTimer();
-    m_pTimer->Tick(3);
+    Tick(3);
     sequencer.StopTimer();
 }
 
-TEST_F(TonePlayer, TheBendStopsAtASemitone) {
-    CTonePlayer player;
-    const auto bendOf = [&player] {
-        player.PlayString(40, 127);
-        const auto image = CTonePlayerAccess::ImageOf(player);
-        return image[180] | image[181] << 7;
-    };
-    player.SetAFrequency(500.0F);
-    EXPECT_EQ(bendOf(), 8196 + 4096);
-    player.SetAFrequency(300.0F);
-    EXPECT_EQ(bendOf(), 8196 - 4096);
-}
-
-TEST_F(TonePlayer, ASecondToneEndsTheFirstWithoutANoteOffAndResets) {
+// Also after the tempo has changed, at the song's tick 840.
+TEST_F(TonePlayer, ASecondToneEndsTheFirstWithoutANoteOffAndIsAsLong) {
     CTonePlayer player;
     player.PlayString(40, 127);
-    m_pTimer->Tick(50);
-    m_pMidi->m_sent.clear();
+    Tick(50);
+    m_sent.clear();
     player.PlayString(45, 127);
-    EXPECT_EQ(m_pMidi->m_nVolumesSet, 1);
-    m_pTimer->Tick(159);
-    ASSERT_EQ(m_pMidi->m_sent.size(), 4U);
-    EXPECT_EQ(m_pMidi->m_sent[0].dwMessage, 0xFFU);
-    EXPECT_EQ(m_pMidi->m_sent[3].dwMessage, 0x7F2D90U);
-    m_pTimer->Tick(1);
-    EXPECT_EQ(m_pMidi->m_sent.size(), 6U);
-}
-
-TEST_F(TonePlayer, ToneAfterTheTempoChangedIsAsLong) {
-    CTonePlayer player;
-    player.PlayString(40, 127);
-    m_pTimer->Tick(8400 / 5 + 1);
+    EXPECT_EQ(m_nVolumesSet, 1);
+    Tick(8400 / 5 + 1);
+    const std::vector<Sent> expected = {{0, 0xFF},     {0, 0x18C0},     {0, 0x4004E0},
+                                        {0, 0x7F2D90}, {160, 0x002D90}, {160, 0x00F8B0}};
+    EXPECT_EQ(m_sent, expected);
     EXPECT_EQ(g_nUsPerTick, 11111U);
-    player.PlayString(40, 127);
-    m_pTimer->Tick(200);
-    EXPECT_EQ(m_pMidi->m_sent.back().nTick, 160);
+    m_sent.clear();
+    player.PlayString(45, 127);
+    Tick(200);
+    EXPECT_EQ(m_sent, expected);
 }
 
 TEST_F(TonePlayer, TakesAPortWhereDeviceZeroRefusesAndIsSilentWithoutAny) {
-    m_pMidi->m_bFirstRefuses = true;
-    m_pMidi->m_technologies = {MOD_SYNTH, MOD_FMSYNTH, MOD_MIDIPORT, MOD_MIDIPORT};
+    m_bFirstRefuses = true;
+    m_technologies = {MOD_SYNTH, MOD_FMSYNTH, MOD_MIDIPORT, MOD_MIDIPORT};
     CTonePlayer player;
     player.PlayString(40, 127);
-    EXPECT_EQ(m_pMidi->m_opened, std::vector<UINT>({2}));
-    m_pMidi->m_technologies = {MOD_SYNTH};
-    m_pMidi->m_sent.clear();
+    EXPECT_EQ(m_opened, std::vector<UINT>({2}));
+    m_technologies = {MOD_SYNTH};
+    m_sent.clear();
     player.PlayString(40, 127);
-    EXPECT_NE(m_pTimer->m_pfnCallback, nullptr) << "the timer runs all the same";
-    m_pTimer->Tick(200);
-    EXPECT_TRUE(m_pMidi->m_sent.empty());
+    EXPECT_NE(m_pfnCallback, nullptr) << "the timer runs all the same";
+    Tick(200);
+    EXPECT_TRUE(m_sent.empty());
 }
 
 TEST_F(TonePlayer, ThereIsOneSequencer) {
