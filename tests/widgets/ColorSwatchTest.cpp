@@ -46,12 +46,13 @@ TEST_F(ColorSwatch, ShowsWhatItWasFilledWithWhenAsked) {
     EXPECT_EQ(At(12, 10), clrFace) << "the control shows nothing yet";
     m_swatch.Show();
     EXPECT_EQ(At(24, 20), 0U);
-    m_swatch.FillRect(5, 5, 100, 100, 0xA00000);
+    m_swatch.FillRect(5, 5, 10, 10, 0xA00000);
     EXPECT_EQ(At(12, 10), 0U) << "filling is not showing";
     m_swatch.Repaint();
     EXPECT_EQ(At(4, 5), 0U);
     EXPECT_EQ(At(5, 5), 0xA00000U);
-    EXPECT_EQ(At(24, 20), 0xA00000U);
+    EXPECT_EQ(At(14, 14), 0xA00000U);
+    EXPECT_EQ(At(24, 20), 0U);
 }
 
 TEST_F(ColorSwatch, WithoutItsControlIsHarmless) {
