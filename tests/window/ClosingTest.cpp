@@ -1,10 +1,8 @@
+#include "platform/base/String.h"
 #include "platform/windows/support/Toolkit.h"
-#include "window/ControlTable.h"
-#include "window/TunerApp.h"
 #include "window/TunerWndTest.h"
 
 #include <chrono>
-#include <csignal>
 #include <cstdlib>
 #include <functional>
 #include <mutex>
@@ -13,7 +11,6 @@
 namespace {
 
 using std::chrono::steady_clock;
-using testing::Contains;
 
 class ClosingTest : public CTunerWndTest {
 protected:
@@ -22,31 +19,30 @@ protected:
         m_fake->Play([](std::uint64_t n) { return static_cast<std::int16_t>((n * 7919) % 9000); },
                      {128, std::chrono::microseconds(0)});
     }
-    // The real application, with something that the user does once its window stands.
-    int RunApplication(const std::function<void(CTunerWnd&)>& fnDo) {
-        CTunerApp app;
-        toolkit::Later([&app, &fnDo] { fnDo(dynamic_cast<CTunerWnd&>(*app.GetMainWnd())); });
-        return app.Main();
-    }
 };
-
-struct WayOut {
-    const char* szName;
-    void (*pfnGo)(CTunerWnd& wnd);
-
-    friend void PrintTo(const WayOut& way, std::ostream* pStream) { *pStream << way.szName; }
-};
-class WayOutTest : public ClosingTest, public testing::WithParamInterface<WayOut> {};
 
 // While frames draw, again and again: nothing is drawn after it, and it takes no longer than it may.
-TEST_P(WayOutTest, EndsFramesAndWindow) {
+TEST_F(ClosingTest, EndsFramesAndWindowWhicheverWay) {
+    const std::pair<const char*, std::function<void()>> ways[] = {
+        {"close box", [this] { toolkit::CloseBox(Wnd()); }},
+        {"exit button", [this] { Click(ID_EXIT); }},
+        {"exit key", [this] { toolkit::Key(Access().List(), 'E', "e"); }},
+        {"destroyed", [this] { Wnd().DestroyWindow(); }},
+        {"twice at once", [this] {
+             Wnd().SendMessage(WM_CLOSE);
+             Wnd().SendMessage(WM_CLOSE);
+             Wnd().SendMessage(WM_COMMAND, MakeCommandParam(ID_EXIT, BN_CLICKED));
+             Wnd().DestroyWindow();
+         }}};
     WriteState(1, 0);
     PlayWithoutPause();
-    for (int nRound = 0; nRound < 5; ++nRound) {
+    for (int nRound = 0; nRound < 25; ++nRound) {
+        const auto& [szWay, fnClose] = ways[nRound % 5];
+        SCOPED_TRACE(szWay);
         Open();
-        toolkit::RunFor(20 * nRound);
+        toolkit::RunFor(4 * nRound);
         const auto start = steady_clock::now();
-        GetParam().pfnGo(Wnd());
+        fnClose();
         EXPECT_LT(steady_clock::now() - start, std::chrono::seconds(2));
         EXPECT_FALSE(Wnd().IsWindow());
         EXPECT_EQ(m_fake->GetOpenCount(), 0);
@@ -54,44 +50,10 @@ TEST_P(WayOutTest, EndsFramesAndWindow) {
         Wnd().OnFrame();
         toolkit::RunFor(30);
         EXPECT_EQ(CopyPicture(), picture);
-        EXPECT_EQ(StateField(7), "1");
-        EXPECT_EQ(StateField(8), std::to_string(Access().Engine().GetHop()));
+        EXPECT_THAT(SavedSettings(), testing::EndsWith(FormatText("\t1\t%d\t0", Access().Engine().GetHop())));
         m_pWnd.reset();
         toolkit::RunPending();
         EXPECT_EQ(toolkit::CountTopLevelWidgets(), 0);
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Ways, WayOutTest,
-    testing::Values(WayOut{"CloseBox", [](CTunerWnd& wnd) { toolkit::CloseBox(wnd); }},
-                    WayOut{"Exit",
-                           [](CTunerWnd& wnd) {
-                               toolkit::Click(*wnd.GetDlgItem(ID_EXIT), {10, 10});
-                           }},
-                    WayOut{"ExitByKey",
-                           [](CTunerWnd& wnd) { toolkit::Key(*wnd.GetDlgItem(ID_TUNINGS), 'E', "e"); }},
-                    WayOut{"Destroyed", [](CTunerWnd& wnd) { wnd.DestroyWindow(); }},
-                    WayOut{"TwiceAtOnce",
-                           [](CTunerWnd& wnd) {
-                               wnd.SendMessage(WM_CLOSE);
-                               wnd.SendMessage(WM_CLOSE);
-                               wnd.SendMessage(WM_COMMAND, MakeCommandParam(ID_EXIT, BN_CLICKED));
-                               wnd.DestroyWindow();
-                           }}),
-    [](const auto& way) { return way.param.szName; });
-
-// A device that is open and delivers nothing, and then one that is gone.
-TEST_F(ClosingTest, DoesNotWaitForTheDevice) {
-    for (const bool bGone : {false, true}) {
-        m_fake->Stall(!bGone);
-        Open();
-        m_fake->SetPresent(0, !bGone);
-        toolkit::RunFor(200);
-        const auto start = steady_clock::now();
-        Close();
-        EXPECT_LT(steady_clock::now() - start, std::chrono::seconds(2));
-        EXPECT_EQ(m_fake->GetOpenCount(), 0);
     }
 }
 
@@ -123,27 +85,6 @@ TEST_F(ClosingTest, EndsTheProcessWhereAFrameCannotEnd) {
     setenv("TMPDIR", m_directory.Path().c_str(), 1);
     EXPECT_EXIT(closeUnderALock(), testing::ExitedWithCode(0), "");
     unsetenv("TMPDIR");
-}
-
-TEST_F(ClosingTest, ObeysATerminationWhateverIsOpen) {
-    m_user.LookAway();
-    PlayWithoutPause();
-    EXPECT_EQ(RunApplication([](CTunerWnd& wnd) {
-                  toolkit::Later([] {
-                      EXPECT_NE(toolkit::ModalTitle(), "");
-                      EXPECT_EQ(raise(SIGTERM), 0);
-                  });
-                  wnd.SendMessage(WM_COMMAND, MakeCommandParam(ID_ADD, BN_CLICKED));
-              }),
-              0);
-    EXPECT_EQ(StateField(9), "0") << "no tuning was added";
-    EXPECT_EQ(m_fake->GetOpenCount(), 0);
-    // The box that tells of a failure, while the window comes up.
-    m_fake->SetDevices({});
-    toolkit::Later([] { EXPECT_EQ(raise(SIGTERM), 0); });
-    CTunerApp app;
-    EXPECT_EQ(app.Main(), 0);
-    EXPECT_THAT(m_directory.LogMessages(), Contains("Unable to find any recording device"));
 }
 
 }  // namespace

@@ -2,112 +2,97 @@
 #include "window/NeedleFade.h"
 #include "window/TunerWndTest.h"
 
-#include <random>
+#include <cstddef>
+#include <cstdlib>
 
 namespace {
 
+constexpr COLORREF WHITE = 0xFFFFFF;
 constexpr COLORREF NEEDLE = 0xA00000;
-constexpr COLORREF TINT = 0xE3B3B3;
+constexpr int DIAL_Y = 43 + 160;
 
 class LiveFrameTest : public CTunerWndTest {
 protected:
-    // Half way up the dial nothing but the needle stands on the white.
-    COLORREF NeedleColor() {
+    // Half way up the dial, 110 pixels above its hub, nothing but the needle stands on the white.
+    int NeedleX() {
         int x = 252;
-        while (x < 487 && PixelAt(x, 43 + 160) == 0xFFFFFFU) {
+        while (x < 487 && PixelAt(x, DIAL_Y) == WHITE) {
             ++x;
         }
-        return PixelAt(x, 43 + 160);
+        return x;
     }
-    // The rows of the level meter that are not white.
-    int LevelHeight() {
-        int nRows = 0;
-        for (int y = 45; y < 298; ++y) {
-            nRows += PixelAt(225, y) != 0xFFFFFFU ? 1 : 0;
+    COLORREF NeedleColor() { return PixelAt(NeedleX(), DIAL_Y); }
+    // The middle of the needle in full colour comes to that place and stays there.
+    bool IsNeedleAt(int nX) {
+        const auto isThere = [this, nX] {
+            return NeedleColor() == NEEDLE && std::abs(NeedleX() + 2 - nX) <= 1;
+        };
+        if (!toolkit::WaitUntil(isThere)) {
+            return false;
         }
-        return nRows;
+        toolkit::RunFor(300);
+        return isThere();
     }
-    bool IsLitAt(int x) { return PixelAt(10 + x, 310 + 3) == TINT; }
+    bool IsLitAt(int x) { return PixelAt(10 + x, 310 + 3) == 0xE3B3B3U; }
+    std::vector<std::uint32_t> CopyMarks() {
+        const std::vector<std::uint32_t> picture = CopyPicture();
+        return {picture.begin() + std::ptrdiff_t{500} * 310, picture.end()};
+    }
+    int BendOfPlay() {
+        m_midi->TakeNotes();
+        Click(ID_PLAY);
+        EXPECT_TRUE(toolkit::WaitUntil([this] { return m_midi->CountNotes() > 0; }));
+        return m_midi->GetBend();
+    }
+    // Types the number into the dialog of the A frequency and ends with this button.
+    void Ask(const CString& strNumber, int nButton) {
+        toolkit::Later([=] {
+            EXPECT_EQ(toolkit::ModalTitle(), "标准 'A' 频率设置");
+            toolkit::TypeIntoModal(1001, strNumber);
+            toolkit::ClickInModal(nButton);
+        });
+        Click(ID_A_FREQUENCY);
+    }
 };
 
-// A2, the A being at 441 Hz, on a standard tuning: the highlight's 14 columns begin at 105.
-TEST_F(LiveFrameTest, ShowsAStringThatSoundsAndFadesWithIt) {
+TEST_F(LiveFrameTest, FadesWithTheStringThatSounds) {
     WriteState(0, 0);
     Open();
     EXPECT_EQ(NeedleColor(), CLR_FADED_NEEDLE);
-    EXPECT_EQ(LevelHeight(), 0);
-    PlayString(110.2);
-    EXPECT_TRUE(toolkit::WaitUntil([this] { return NeedleColor() == NEEDLE && IsLitAt(106); }));
-    toolkit::SavePicture(Wnd(), "window-a2.png");
-    EXPECT_FALSE(IsLitAt(103));
-    EXPECT_TRUE(IsLitAt(117));
-    EXPECT_FALSE(IsLitAt(120));
-    // A peak of 12000 of 32768 is 1 + 10 ln(0.366) / 60 = 0.83 of 253 rows; partials seldom meet in full.
-    EXPECT_GT(LevelHeight(), 170);
-    EXPECT_LT(LevelHeight(), 215);
-
-    // Fallen silent it fades, and comes back.
-    PlaySilence();
-    EXPECT_TRUE(toolkit::WaitUntil([this] {
-        const COLORREF clr = NeedleColor();
-        return clr != NEEDLE && clr != CLR_FADED_NEEDLE && GetBlue(clr) == 0xA0;
-    }));
-    EXPECT_TRUE(toolkit::WaitUntil([this] { return NeedleColor() == CLR_FADED_NEEDLE; }));
-    EXPECT_TRUE(IsLitAt(106)) << "the last reading stays";
-    PlayString(110.2);
-    EXPECT_TRUE(toolkit::WaitUntil([this] { return NeedleColor() == NEEDLE; }));
+    for (int nRound = 0; nRound < 2; ++nRound) {
+        PlayString(110.2);
+        EXPECT_TRUE(toolkit::WaitUntil([this] { return NeedleColor() == NEEDLE; }));
+        PlayString(0.0);
+        EXPECT_TRUE(toolkit::WaitUntil([this] {
+            const COLORREF clr = NeedleColor();
+            return clr != NEEDLE && clr != CLR_FADED_NEEDLE && GetBlue(clr) == 0xA0;
+        }));
+        EXPECT_TRUE(toolkit::WaitUntil([this] { return NeedleColor() == CLR_FADED_NEEDLE; }));
+    }
 }
 
-// Frames on the capture thread, everything else on this one, on the same pictures: in the end the window must
-// hold what a fresh paint makes of the same state.
-TEST_F(LiveFrameTest, LeavesWhatAFreshPaintShows) {
+TEST_F(LiveFrameTest, TakesAnotherAFrequencyToSettingsButtonMarksAnalysisAndTones) {
+    m_user.LeaveDialogs();
     WriteState(0, 0);
     Open();
-    constexpr double A_MINOR_SWEEP = 4.0;
-    m_fake->Play(
-        [fPhase = 0.0](std::uint64_t n) mutable {
-            // A tone that runs over several octaves and falls silent in between.
-            const double fTime = static_cast<double>(n) / 11025.0;
-            fPhase += 2.0 * M_PI * 110.0 * std::exp2(std::sin(fTime * A_MINOR_SWEEP)) / 11025.0;
-            const double fTone =
-                std::sin(fPhase) + 0.6 * std::sin(2.0 * fPhase) + 0.4 * std::sin(3.0 * fPhase);
-            return static_cast<std::int16_t>(std::sin(fTime * 3.0) > 0.5 ? 0.0 : 9000.0 * fTone);
-        },
-        {128, std::chrono::microseconds(0)});
-    std::mt19937 random(7);
-    for (int nRound = 0; nRound < 6; ++nRound) {
-        for (int i = 0; i < 60; ++i) {
-            switch (random() % 5) {
-                case 0:
-                    Access().List().SetCurSel(static_cast<int>(random() % 40));
-                    Wnd().SendMessage(WM_COMMAND, MakeCommandParam(10008, LBN_SELCHANGE));
-                    break;
-                case 1:
-                    Access().SetAFrequency(430.0F + static_cast<float>(random() % 20));
-                    break;
-                case 2:
-                    Access().SetColors(random() & 0xFFFFFF, random() & 0xFFFFFF);
-                    break;
-                case 3:
-                    Access().SetString(random() % 6, static_cast<int>(random() % 12),
-                                       static_cast<int>(random() % 3));
-                    break;
-                default:
-                    Wnd().SendMessage(WM_PAINT);
-                    break;
-            }
-            toolkit::RunFor(3);
-        }
-        Access().StopCapture();
-        // A change of colour or A frequency is followed by a full draw; then frames go on top of it.
-        Wnd().SendMessage(WM_PAINT);
-        Access().StartCapture();
-        toolkit::RunFor(300);
-        Access().StopCapture();
-        const auto byFrames = CopyPicture();
-        Wnd().SendMessage(WM_PAINT);
-        ASSERT_EQ(byFrames, CopyPicture()) << "round " << nRound;
-    }
+    // A2 of 441 Hz stands upright.
+    PlayString(110.25);
+    ASSERT_TRUE(IsNeedleAt(370));
+    // A semitone down, and 0.03878374 of one up.
+    EXPECT_EQ(BendOfPlay(), 4096 + 158);
+    const auto marks = CopyMarks();
+    Ask("445", IDCANCEL);
+    EXPECT_EQ(ACaption(), "&A : 441.0 Hz");
+    Ask("450", IDOK);
+    EXPECT_EQ(ACaption(), "&A : 450.0 Hz");
+    EXPECT_NE(CopyMarks(), marks);
+    // 35 cents too low now: 21 degrees, and 6.5 pixels of the strip, where the A has its 14 from 105 on.
+    EXPECT_TRUE(IsNeedleAt(370 - 42));
+    EXPECT_EQ(BendOfPlay(), 4096 + 1588);
+    Close();
+    EXPECT_THAT(SavedSettings(), testing::StartsWith("45000\t"));
+    Open();
+    EXPECT_TRUE(toolkit::WaitUntil([this] { return IsLitAt(100) && !IsLitAt(114); }));
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
 #include "platform/windows/support/Toolkit.h"
-#include "window/ControlTable.h"
 #include "window/TunerWndTest.h"
 
 #include <array>
@@ -20,8 +19,6 @@ constexpr int LEFT = 0x01000012;
 constexpr int RIGHT = 0x01000014;
 constexpr int DOWN = 0x01000015;
 
-using Items = std::vector<CString>;
-
 class MenuTest : public CTunerWndTest {
 protected:
     void SetUp() override { OpenWith(); }
@@ -40,11 +37,10 @@ protected:
         EXPECT_THAT(toolkit::PopupItems(), IsEmpty()) << "the popup is gone";
         return bOpened;
     }
-    const StringNote& Note(std::size_t nString) { return Access().Current().m_strings.at(nString); }
 };
 
 // Opens the menu of an octave and gives its items.
-Items OpenOctave(int nOctave) {
+std::vector<CString> OpenOctave(int nOctave) {
     for (int i = 0; i <= nOctave; ++i) {
         toolkit::PopupKey(DOWN);
     }
@@ -60,15 +56,11 @@ TEST_F(MenuTest, ShowsTheNotesWithACheckMarkAtTheStringsOwn) {
                     ElementsAre("[低音>>>   ] >", "[中音>>>    ] >", "[低音>>>   ] >"));
         EXPECT_EQ(toolkit::PopupOrigin().x, ptMiddle.x);
         EXPECT_EQ(toolkit::PopupOrigin().y, ptMiddle.y);
-        const Items names = {"C", "C#", "D", "Eb", "E", "F", "F#", "G", "G#", "A", "Bb", "B"};
-        Items withMark = names;
-        withMark[4] = "E *";
-        EXPECT_EQ(OpenOctave(0), withMark);
-        toolkit::PopupKey(LEFT);
-        EXPECT_EQ(OpenOctave(0), names) << "the next";
-        toolkit::PopupKey(LEFT);
-        EXPECT_EQ(OpenOctave(0), names) << "and the last";
-        toolkit::PopupKey(ESCAPE);
+        for (const char* szE : {"E *", "E", "E"}) {
+            EXPECT_THAT(OpenOctave(0),
+                        ElementsAre("C", "C#", "D", "Eb", szE, "F", "F#", "G", "G#", "A", "Bb", "B"));
+            toolkit::PopupKey(LEFT);
+        }
         toolkit::PopupKey(ESCAPE);
     }));
     EXPECT_THAT(m_midi->TakeNotes(), IsEmpty()) << "closing without a choice plays nothing";
@@ -95,7 +87,6 @@ TEST_F(MenuTest, SetsTheStringPlaysItAndThenFindsTheRow) {
         EXPECT_EQ(Access().Current().m_strName, "Drop D");
     }
     // By the keyboard alone.
-    const auto before = CopyPicture();
     EXPECT_TRUE(RightClick({HIGHEST_X, 100}, [] {
         OpenOctave(1);
         toolkit::PopupKey(ENTER);
@@ -104,25 +95,12 @@ TEST_F(MenuTest, SetsTheStringPlaysItAndThenFindsTheRow) {
     EXPECT_TRUE(Note(5).IsNote(0, 1));
     EXPECT_THAT(Access().Rows(), ElementsAre("Standard", "Drop D", TEMPORARY));
     EXPECT_EQ(Access().List().GetCurSel(), 2);
-    EXPECT_NE(CopyPicture(), before) << "diagram and strip show it";
 }
 
 TEST_F(MenuTest, OpensNothingBesideTheStrings) {
     for (const POINT pt : {POINT{57, 60}, {25, 60}, {45, 33}, {45, 102}, {400, 20}, {300, 200}}) {
         EXPECT_FALSE(RightClick(pt, [] { toolkit::PopupKey(ESCAPE); })) << pt.x << ", " << pt.y;
     }
-}
-
-// The window goes while its popup, or a menu of that, is open.
-TEST_F(MenuTest, GoesWithItsWindow) {
-    EXPECT_TRUE(RightClick({LOWEST_X, 40}, [this] {
-        OpenOctave(1);
-        Wnd().SendMessage(WM_CLOSE);
-    }));
-    EXPECT_FALSE(Wnd().IsWindow());
-    EXPECT_THAT(m_midi->TakeNotes(), IsEmpty());
-    toolkit::RunPending();
-    EXPECT_EQ(toolkit::CountTopLevelWidgets(), 0);
 }
 
 }  // namespace

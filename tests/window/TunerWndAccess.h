@@ -38,21 +38,12 @@ public:
         m_wnd.m_store.GetCurrentTuning()->m_strings.at(nString).Set(nSemitone, nOctave);
         m_wnd.SyncListToCurrent();
     }
-    // Another A frequency, and other colours.
     void SetAFrequency(float fA) {
         m_wnd.m_engine.SetReference(fA);
         const std::scoped_lock lock(m_wnd.GetPictureLock());
         m_wnd.m_coarse.SetAFrequency(fA);
     }
-    void SetColors(COLORREF clrNeedle, COLORREF clrText) {
-        m_wnd.m_store.SetNeedleColor(clrNeedle);
-        const std::scoped_lock lock(m_wnd.GetPictureLock());
-        m_wnd.m_coarse.SetColor(clrNeedle);
-        m_wnd.m_coarse.Rebuild();
-        m_wnd.m_fineDial.SetDigitColor(clrText);
-    }
     void StopCapture() { m_wnd.m_engine.Stop(); }
-    void StartCapture() { m_wnd.StartCapture(); }
 
 private:
     CTunerWnd& m_wnd;

@@ -3,17 +3,17 @@
 #include "platform/base/String.h"
 #include "platform/drawing/Picture.h"
 #include "platform/windows/support/Toolkit.h"
-#include "stage/SyntheticString.h"
 
+#include <cmath>
 #include <mutex>
-#include <sstream>
+#include <numbers>
 
-namespace {
+CTunerWndTest::CTunerWndTest() : m_pPreviousMidi(SetMidiOutBackend(m_midi)) {}
 
-// 128 samples at 11025 Hz.
-constexpr CFakeWaveIn::Rhythm REAL_TIME{128, std::chrono::microseconds(11610)};
-
-}  // namespace
+CTunerWndTest::~CTunerWndTest() {
+    m_pWnd.reset();
+    SetMidiOutBackend(m_pPreviousMidi);
+}
 
 void CTunerWndTest::Open() {
     m_pWnd = std::make_unique<CTunerWnd>();
@@ -50,27 +50,35 @@ void CTunerWndTest::WriteState(int nListIndex, int nWaveDevice, const CString& s
     m_directory.Write("state.txt", strText);
 }
 
-CString CTunerWndTest::StateField(std::size_t nField) const {
-    std::istringstream state(m_directory.Read("state.txt"));
-    CString strField;
-    std::getline(state, strField);
-    for (std::size_t i = 0; i <= nField; ++i) {
-        state >> strField;
-    }
-    return strField;
+CString CTunerWndTest::SavedSettings() const {
+    const CString strState = m_directory.Read("state.txt");
+    const std::size_t nBegin = strState.find('\n') + 1;
+    return strState.substr(nBegin, strState.find('\n', nBegin) - nBegin);
 }
 
 void CTunerWndTest::PlayString(double dFrequency) {
-    SyntheticString string;
-    string.dFrequency = dFrequency;
-    constexpr int TEN_SECONDS = 110250;
-    m_fake->Play([samples = string.MakeSamples(TEN_SECONDS)](
-                     std::uint64_t n) { return samples[static_cast<std::size_t>(n) % samples.size()]; },
-                 REAL_TIME);
+    constexpr double HALF_RATE = 11025.0 / 2.0;
+    constexpr std::chrono::microseconds REAL_TIME(11610);
+    m_fake->Play(
+        [dPhase = std::numbers::pi * dFrequency / HALF_RATE](std::uint64_t n) {
+            const double dNow = dPhase * static_cast<double>(n);
+            return static_cast<std::int16_t>(6000.0 * std::sin(dNow) + 4000.0 * std::sin(2.0 * dNow) +
+                                             2000.0 * std::sin(3.0 * dNow));
+        },
+        {128, REAL_TIME});
 }
 
-void CTunerWndTest::PlaySilence() {
-    m_fake->Play([](std::uint64_t) { return std::int16_t{0}; }, REAL_TIME);
+void CTunerWndTest::Click(int nId) {
+    toolkit::Click(*Wnd().GetDlgItem(nId), {5, 5});
+}
+
+std::vector<CString> CTunerWndTest::Openings() const {
+    std::vector<CString> result;
+    for (const auto& opening : m_fake->GetOpenings()) {
+        result.push_back(std::to_string(static_cast<int>(opening.uDeviceId)) + " " +
+                         std::to_string(opening.nSampleRate) + (opening.result != 0 ? "!" : ""));
+    }
+    return result;
 }
 
 COLORREF CTunerWndTest::PixelAt(int x, int y) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/multimedia/support/FakeWaveIn.h"
+#include "window/ControlTable.h"
 #include "window/RecordingMidi.h"
 #include "window/TunerWndAccess.h"
 #include "window/User.h"
@@ -19,6 +20,9 @@ inline constexpr const char* NO_SETTINGS = "Unable to open state.txt, using defa
 // the test says and of a user who answers.
 class CTunerWndTest : public ::testing::Test {
 protected:
+    CTunerWndTest();
+    ~CTunerWndTest() override;
+
     // Creates and shows the window, and lets the first paint come.
     void Open();
     // With two presets, "Standard" and "Drop D", which differ in the lowest string, and custom tunings.
@@ -31,12 +35,19 @@ protected:
     // Settings with these choices, and the lines of custom tunings behind them.
     void WriteState(int nListIndex, int nWaveDevice, const CString& strHop = "128",
                     const std::vector<CString>& tunings = {}) const;
-    // A number of the settings file, counted from 0.
-    CString StateField(std::size_t nField) const;
+    // The line of numbers in the settings file.
+    CString SavedSettings() const;
 
-    // A plucked string without decay into the device, as fast as it plays; and silence.
+    // A string that does not decay into the device, as fast as it plays; at 0 Hz silence.
     void PlayString(double dFrequency);
-    void PlaySilence();
+
+    void Click(int nId);
+    CString ACaption() { return Wnd().GetDlgItem(ID_A_FREQUENCY)->GetWindowText(); }
+    // Of the tuning in force.
+    const StringNote& Note(std::size_t nString) { return Access().Current().m_strings.at(nString); }
+    // The devices that were opened, as "device rate", the preferred one being -1, and a ! where it was
+    // refused.
+    std::vector<CString> Openings() const;
 
     // The window's own picture.
     COLORREF PixelAt(int x, int y);
@@ -44,7 +55,10 @@ protected:
 
     CWorkingDirectory m_directory;
     CFakeWaveInScope m_fake;
-    CRecordingMidiScope m_midi;
+    const std::shared_ptr<CRecordingMidi> m_midi = std::make_shared<CRecordingMidi>();
     CUser m_user;
     std::unique_ptr<CTunerWnd> m_pWnd;
+
+private:
+    const std::shared_ptr<IMidiOutBackend> m_pPreviousMidi;
 };

@@ -1,5 +1,4 @@
 #include "platform/windows/support/Toolkit.h"
-#include "window/ControlTable.h"
 #include "window/TunerWndTest.h"
 
 namespace {
@@ -19,13 +18,11 @@ protected:
         }
         ASSERT_EQ(Access().List().GetCurSel(), nRow);
     }
-    void Delete() { toolkit::Click(*Wnd().GetDlgItem(ID_DELETE), {10, 10}); }
     // Under this name; nothing at all for Cancel.
     void Add(const std::optional<CString>& strName) {
         m_user.SetNameToType(strName);
-        toolkit::Click(*Wnd().GetDlgItem(ID_ADD), {10, 10});
+        Click(ID_ADD);
     }
-    const StringNote& Note(std::size_t nString) { return Access().Current().m_strings.at(nString); }
     // These rows behind the presets, the selected one with its tuning in force, and whether it may go.
     void Expect(std::vector<CString> rows, int nRow, bool bCanDelete) {
         rows.insert(rows.begin(), {"Standard", "Drop D"});
@@ -34,38 +31,25 @@ protected:
         EXPECT_EQ(Access().Current().m_strName, rows.at(static_cast<std::size_t>(nRow)));
         EXPECT_EQ(Access().CanDelete(), bCanDelete);
     }
-    int CustomCount() { return Access().Store().GetCustomTunings()->GetCount(); }
 };
 
-TEST_F(TuningRowsTest, FollowsTheRowThatIsClicked) {
+// The strip at the bottom: the lowest of six different notes has its tick at 15, a tuning of equal notes at
+// 236. A string of the lowest octave is wound; the third one becomes one of these.
+TEST_F(TuningRowsTest, ShowsTheRowThatIsClicked) {
     OpenWith({MINE, YOURS});
     Expect({"Mine", "Yours"}, 0, false);
+    constexpr int TICK_Y = 310 + 30;
+    const COLORREF clrTick = PixelAt(10 + 15 + 4, TICK_Y);
+    const COLORREF clrString = PixelAt(95, 90);
+    ClickOn(3);
+    Expect({"Mine", "Yours"}, 3, true);
+    EXPECT_NE(PixelAt(10 + 15 + 4, TICK_Y), clrTick);
+    EXPECT_EQ(PixelAt(10 + 236 + 4, TICK_Y), clrTick);
+    EXPECT_NE(PixelAt(95, 90), clrString);
     ClickOn(1);
     Expect({"Mine", "Yours"}, 1, false);
     EXPECT_TRUE(Note(0).IsNote(2, 0));
     EXPECT_EQ(Access().Current().m_dwTag, 4U);
-    ClickOn(3);
-    Expect({"Mine", "Yours"}, 3, true);
-    toolkit::Key(Access().List(), 0x01000013 /* up */);
-    Expect({"Mine", "Yours"}, 2, true);
-    ClickOn(0);
-    Expect({"Mine", "Yours"}, 0, false);
-}
-
-// The strip at the bottom: the lowest of six different notes has its tick at 15, a tuning of equal notes at
-// 236.
-TEST_F(TuningRowsTest, ShowsTheTuningAtOnce) {
-    OpenWith({YOURS});
-    constexpr int TICK_Y = 310 + 30;
-    const COLORREF clrTick = PixelAt(10 + 15 + 4, TICK_Y);
-    ASSERT_NE(clrTick, 0xFFFFFFU);
-    EXPECT_EQ(PixelAt(10 + 236 + 4, TICK_Y), 0xFFFFFFU);
-    // A string of the lowest octave is wound; the third one is now one of these.
-    const COLORREF clrString = PixelAt(95, 90);
-    ClickOn(2);
-    EXPECT_EQ(PixelAt(10 + 15 + 4, TICK_Y), 0xE3B3B3U) << "the highlight's tint, without a tick";
-    EXPECT_EQ(PixelAt(10 + 236 + 4, TICK_Y), clrTick);
-    EXPECT_NE(PixelAt(95, 90), clrString);
 }
 
 TEST_F(TuningRowsTest, HasATemporaryRowForNotesOfNoList) {
@@ -81,24 +65,24 @@ TEST_F(TuningRowsTest, HasATemporaryRowForNotesOfNoList) {
     EXPECT_TRUE(Note(5).IsNote(4, 2));
     Access().SetString(5, 9, 1);
     Expect({"Mine", TEMPORARY}, 3, true);
-    Delete();
+    Click(ID_DELETE);
     Expect({"Mine"}, 2, true);
-    EXPECT_EQ(CustomCount(), 1);
+    EXPECT_EQ(Access().Store().GetCustomTunings()->GetCount(), 1);
 }
 
 TEST_F(TuningRowsTest, GoesToTheFirstRowThatTheStringsMatch) {
     OpenWith({MINE, "Same as Drop D\t0\t2\t0\t9\t0\t2\t1\t7\t1\t11\t1\t4\t2"});
-    const std::vector<CString> rows{"Mine", "Same as Drop D"};
-    Access().SetString(0, 2, 0);
-    Expect(rows, 1, false);
-    ClickOn(3);
-    Expect(rows, 3, true);
-    Access().SetString(0, 0, 0);
-    Expect(rows, 2, true);
-    Access().SetString(0, 7, 0);
-    Expect({rows[0], rows[1], TEMPORARY}, 4, true);
-    Access().SetString(0, 4, 0);
-    Expect(rows, 0, false);
+    struct Case {
+        int nSemitone;
+        int nRow;
+        bool bCanDelete;
+    };
+    // Of the lowest string.
+    for (const Case& test : {Case{2, 1, false}, Case{0, 2, true}, Case{7, 4, true}, Case{4, 0, false}}) {
+        Access().SetString(0, test.nSemitone, 0);
+        EXPECT_EQ(Access().List().GetCurSel(), test.nRow) << test.nSemitone;
+        EXPECT_EQ(Access().CanDelete(), test.bCanDelete) << test.nSemitone;
+    }
 }
 
 TEST_F(TuningRowsTest, AddsTheTuningInForceUnderAName) {
@@ -109,12 +93,10 @@ TEST_F(TuningRowsTest, AddsTheTuningInForceUnderAName) {
     EXPECT_TRUE(Note(0).IsNote(2, 0));
     EXPECT_EQ(Access().Current().m_dwTag, 4U) << "the tag is carried along";
     EXPECT_TRUE(toolkit::WaitUntil([this] { return CWnd::GetFocus() == &Access().List(); }));
-    ClickOn(1);
     Access().SetString(5, 9, 1);
     for (const std::optional<CString>& strAnswer : {std::optional<CString>(""), std::optional<CString>()}) {
         Add(strAnswer);
-        Expect({"Mine", "空弦 née", TEMPORARY}, 4, false);
-        EXPECT_EQ(CustomCount(), 2);
+        Expect({"Mine", "空弦 née", TEMPORARY}, 4, true);
     }
     Add("New");
     Expect({"Mine", "空弦 née", "New"}, 4, true);
@@ -126,19 +108,6 @@ TEST_F(TuningRowsTest, AddsTheTuningInForceUnderAName) {
     Expect({"Mine", "空弦 née", "New", "New"}, 4, true);
 }
 
-TEST_F(TuningRowsTest, DeletesARowInTheMiddleAndMovesOn) {
-    OpenWith({MINE, YOURS});
-    ClickOn(2);
-    Delete();
-    Expect({"Yours"}, 2, true);
-    Delete();
-    Expect({}, 1, false);
-    EXPECT_EQ(CWnd::GetFocus(), &Access().List());
-    Delete();  // switched off
-    Wnd().SendMessage(WM_COMMAND, MakeCommandParam(ID_DELETE, BN_CLICKED));
-    Expect({}, 1, false);
-}
-
 TEST_F(TuningRowsTest, TakesACustomTuningOfThatNameForTheTemporaryRow) {
     OpenWith({"user defined tuning II\t0\t0\t0\t9\t0\t2\t1\t7\t1\t11\t1\t4\t2"});
     Expect({}, 0, false);
@@ -146,19 +115,15 @@ TEST_F(TuningRowsTest, TakesACustomTuningOfThatNameForTheTemporaryRow) {
     Expect({TEMPORARY}, 2, false);
 }
 
-TEST_F(TuningRowsTest, KeepsAddedTuningsAndTheRowOverARestart) {
-    OpenWith();
-    Access().SetString(0, 7, 0);
-    Add("My\town\nname");
-    Close();
-    Open();
-    Expect({"My own name"}, 2, true);
-    EXPECT_TRUE(Note(0).IsNote(7, 0));
-    Access().SetString(0, 9, 0);
-    Close();
-    EXPECT_EQ(StateField(7), "3") << "the temporary row";
-    Open();
-    Expect({"My own name"}, 0, false);
+TEST_F(TuningRowsTest, DeletesARowInTheMiddleAndMovesOn) {
+    OpenWith({MINE, YOURS}, 2);
+    Click(ID_DELETE);
+    Expect({"Yours"}, 2, true);
+    Click(ID_DELETE);
+    Expect({}, 1, false);
+    EXPECT_EQ(CWnd::GetFocus(), &Access().List());
+    Wnd().SendMessage(WM_COMMAND, MakeCommandParam(ID_DELETE, BN_CLICKED));
+    Expect({}, 1, false);
 }
 
 }  // namespace

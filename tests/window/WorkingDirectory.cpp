@@ -12,10 +12,6 @@ CWorkingDirectory::~CWorkingDirectory() {
     fs::current_path(m_before, ignored);
 }
 
-bool CWorkingDirectory::Exists(const CString& strName) const {
-    return fs::exists(Path(strName));
-}
-
 void CWorkingDirectory::Remove(const CString& strName) const {
     fs::remove(Path(strName));
 }

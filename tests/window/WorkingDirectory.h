@@ -8,12 +8,7 @@ class CWorkingDirectory : public CScratchDirectory {
 public:
     CWorkingDirectory();
     ~CWorkingDirectory();
-    CWorkingDirectory(const CWorkingDirectory&) = delete;
-    CWorkingDirectory& operator=(const CWorkingDirectory&) = delete;
-    CWorkingDirectory(CWorkingDirectory&&) = delete;
-    CWorkingDirectory& operator=(CWorkingDirectory&&) = delete;
 
-    bool Exists(const CString& strName) const;
     void Remove(const CString& strName) const;
     // The messages of the error log, without their dates.
     std::vector<CString> LogMessages() const;
