@@ -1,6 +1,8 @@
 #include "dialogs/OptionsSheet.h"
+#include "platform/drawing/Pixel.h"
 #include "platform/multimedia/support/FakeWaveIn.h"
 #include "platform/windows/WinApp.h"
+#include "platform/windows/support/RecordingWnd.h"
 #include "platform/windows/support/Toolkit.h"
 #include "tuning/TuningStore.h"
 
@@ -28,24 +30,6 @@ Colors ColorsOf(const CTuningStore& store) {
     return {store.GetNeedleColor(), store.GetHighColor(), store.GetLowColor(), store.GetTextColor()};
 }
 
-// Writes down what the store holds when it is told of new colours.
-class CMainWnd : public CWnd {
-public:
-    explicit CMainWnd(const CTuningStore& store) : m_store(store) {}
-    std::vector<Colors> m_told;
-
-protected:
-    LRESULT WindowProc(UINT nMessage, WPARAM wParam, LPARAM lParam) override {
-        if (nMessage == 0x401 && wParam == 0 && lParam == 0) {
-            m_told.push_back(ColorsOf(m_store));
-        }
-        return CWnd::WindowProc(nMessage, wParam, lParam);
-    }
-
-private:
-    const CTuningStore& m_store;
-};
-
 class OptionsSheet : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -53,10 +37,13 @@ protected:
         m_store.SetHighColor(g_chosen[1]);
         m_store.SetLowColor(g_chosen[2]);
         m_store.SetTextColor(g_chosen[3]);
-        auto pMain = std::make_unique<CMainWnd>(m_store);
-        m_pMain = pMain.get();
-        m_pMain->CreateEx(0, "main", {0, 0, 500, 400}, nullptr, 0);
-        m_pMain->ShowWindow(SW_SHOW);
+        auto pMain = std::make_unique<CRecordingWnd>(m_log);
+        pMain->m_on[COptionsSheet::COLORS_CHANGED] = [this] {
+            m_told.push_back(ColorsOf(m_store));
+            return 0;
+        };
+        pMain->Open(500, 400);
+        pMain->ShowWindow(SW_SHOW);
         m_app.SetMainWnd(std::move(pMain));
     }
     // What DoModal returns when the user does this in the sheet; Cancel ends what the user leaves open.
@@ -79,14 +66,14 @@ protected:
     void ClickDefaults() { toolkit::Click(*Page().GetDlgItem(g_nDefaults), g_ptInButton); }
     bool CanApply() { return m_pSheet->GetDlgItem(12321)->IsWindowEnabled(); }
     // On the page, relative to a square's upper left corner.
-    POINT PointAt(int nSwatch, POINT ptOffset) {
+    POINT PointAt(int nSwatch, POINT ptOffset = {8, 8}) {
         const RECT rc = Page().GetDlgItem(g_nFirstSwatch + nSwatch)->GetWindowRect();
         POINT pt{rc.left + ptOffset.x, rc.top + ptOffset.y};
         Page().ScreenToClient(pt);
         return pt;
     }
-    // Whether a release there opens the colour dialog, which is then answered.
-    bool ReleaseOpens(POINT pt, std::optional<COLORREF> clrAnswer = {}) {
+    // Whether what the user does opens the colour dialog, which is then answered.
+    bool Opens(const std::function<void()>& fnUser, std::optional<COLORREF> clrAnswer = {}) {
         bool bOpened = false;
         toolkit::Later([&] {
             bOpened = toolkit::ModalTitle() == "颜色";
@@ -94,15 +81,16 @@ protected:
                 m_clrFirst = toolkit::AnswerColorDialog(clrAnswer);
             }
         });
-        toolkit::Release(Page(), pt);
+        fnUser();
         toolkit::RunFor(40);
         return bOpened;
     }
-    // In its colour dialog the square gets this colour.
-    void PressSquare(int nSwatch, COLORREF clr) {
-        const POINT pt = PointAt(nSwatch, {8, 8});
-        toolkit::Press(Page(), pt);
-        EXPECT_TRUE(ReleaseOpens(pt, clr));
+    bool ReleaseOpens(POINT pt) {
+        return Opens([&] { toolkit::Release(Page(), pt); });
+    }
+    // In its colour dialog the square gets this colour. It lets the mouse through to the page.
+    void ClickSquare(int nSwatch, COLORREF clr) {
+        EXPECT_TRUE(Opens([&] { toolkit::ClickInto(Page(), PointAt(nSwatch)); }, clr));
     }
     // As the screen shows them.
     Colors ShownColors() {
@@ -110,11 +98,10 @@ protected:
         const toolkit::Screenshot shot = toolkit::GrabScreen(*m_pSheet);
         Colors colors;
         for (std::size_t i = 0; i < colors.size(); ++i) {
-            POINT pt = PointAt(static_cast<int>(i), {8, 8});
+            POINT pt = PointAt(static_cast<int>(i));
             Page().ClientToScreen(pt);
             m_pSheet->ScreenToClient(pt);
-            const std::uint32_t nPixel = shot.At(pt.x, pt.y);
-            colors.at(i) = MakeColor(nPixel >> 16 & 0xFF, nPixel >> 8 & 0xFF, nPixel & 0xFF);
+            colors.at(i) = ColorFromPixel(shot.At(pt.x, pt.y) & 0xFFFFFFU);
         }
         return colors;
     }
@@ -122,7 +109,8 @@ protected:
     CFakeWaveInScope m_wave;
     CTuningStore m_store;
     CWinApp m_app;
-    CMainWnd* m_pMain = nullptr;
+    Log m_log;
+    std::vector<Colors> m_told;  // what the store held when the main window was told of new colours
     std::unique_ptr<COptionsSheet> m_pSheet;
     COLORREF m_clrFirst = 0;
 };
@@ -137,28 +125,19 @@ TEST_F(OptionsSheet, OpensTheColorDialogForAPressAndReleaseOnOneSquare) {
     };
     constexpr POINT ptMiddle{8, 8};
     constexpr POINT ptBeside{60, 8};  // on the label
-    constexpr POINT ptLeft{-1, 8};
-    constexpr std::array drags{
-        Drag{0, ptMiddle, 0, {0, 0}, true},    Drag{3, {0, 0}, 3, ptMiddle, true},
-        Drag{2, ptMiddle, 2, ptMiddle, true},  Drag{0, ptMiddle, 1, ptMiddle, false},
-        Drag{0, ptBeside, 0, ptBeside, false}, Drag{0, ptMiddle, 0, ptLeft, false},
-        Drag{1, ptLeft, 1, ptMiddle, false},   Drag{1, ptMiddle, 1, {500, 500}, false},
-    };
+    constexpr std::array drags{Drag{0, ptMiddle, 0, {0, 0}, true},    Drag{3, {0, 0}, 3, ptMiddle, true},
+                               Drag{0, ptMiddle, 1, ptMiddle, false}, Drag{0, ptBeside, 0, ptBeside, false},
+                               Drag{0, ptMiddle, 0, {-1, 8}, false},  Drag{1, {-1, 8}, 1, ptMiddle, false}};
     Run([&] {
         for (std::size_t i = 0; i < drags.size(); ++i) {
             const Drag& drag = drags.at(i);
             toolkit::Press(Page(), PointAt(drag.nFrom, drag.ptFrom));
             toolkit::Move(Page(), PointAt(drag.nTo, ptBeside));
             EXPECT_EQ(ReleaseOpens(PointAt(drag.nTo, drag.ptTo)), drag.bOpens) << i;
-            EXPECT_FALSE(ReleaseOpens(PointAt(drag.nFrom, ptMiddle))) << i << ": a press counts once";
+            EXPECT_FALSE(ReleaseOpens(PointAt(drag.nFrom))) << i << ": a press counts once";
         }
         EXPECT_EQ(Page().m_clr, g_chosen);
         EXPECT_FALSE(CanApply()) << "each was cancelled";
-        // The square lets the mouse through to the page.
-        bool bOpened = false;
-        toolkit::Later([&] { bOpened = toolkit::AnswerColorDialog({}) == g_chosen[1]; });
-        toolkit::ClickInto(Page(), PointAt(1, ptMiddle));
-        EXPECT_TRUE(bOpened);
     });
 }
 
@@ -175,7 +154,7 @@ TEST_F(OptionsSheet, TakesAndShowsTheColorOfTheDialog) {
         Colors expected = g_chosen;
         for (std::size_t i = 0; i < expected.size(); ++i) {
             expected.at(i) = i == 0 ? g_chosen[0] : 0x804020;
-            PressSquare(static_cast<int>(i), expected.at(i));
+            ClickSquare(static_cast<int>(i), expected.at(i));
             EXPECT_EQ(m_clrFirst, g_chosen.at(i));
             EXPECT_EQ(Page().m_clr, expected);
             EXPECT_TRUE(CanApply()) << "also where the colour is the same";
@@ -193,7 +172,7 @@ TEST_F(OptionsSheet, AppliesAndDropsColors) {
               }),
               IDCANCEL);
     EXPECT_EQ(ColorsOf(m_store), g_chosen);
-    EXPECT_THAT(m_pMain->m_told, IsEmpty());
+    EXPECT_THAT(m_told, IsEmpty());
 
     EXPECT_EQ(Run([this] {
                   m_pSheet->m_devicePage.m_nWaveChoice = 7;
@@ -206,10 +185,10 @@ TEST_F(OptionsSheet, AppliesAndDropsColors) {
     EXPECT_EQ(Run([this] {
                   ClickDefaults();
                   Click(12321);
-                  EXPECT_THAT(m_pMain->m_told, ElementsAre(g_defaults)) << "before Apply is done";
+                  EXPECT_THAT(m_told, ElementsAre(g_defaults)) << "before Apply is done";
                   EXPECT_FALSE(CanApply());
                   EXPECT_TRUE(m_pSheet->IsWindow());
-                  PressSquare(0, 0x010203);
+                  ClickSquare(0, 0x010203);
                   EXPECT_TRUE(CanApply());
               }),
               IDCANCEL);
