@@ -57,15 +57,6 @@ TEST_F(ClosingTest, EndsFramesAndWindowWhicheverWay) {
     }
 }
 
-// An object that dies with its window open takes the capture with it.
-TEST_F(ClosingTest, EndsTheCaptureWithTheObject) {
-    PlayWithoutPause();
-    Open();
-    toolkit::RunFor(50);
-    m_pWnd.reset();
-    EXPECT_EQ(m_fake->GetOpenCount(), 0);
-}
-
 // A frame that cannot end, here for want of the picture: the process saves what there is and goes, for
 // nothing that the frame stands on may be taken away.
 TEST_F(ClosingTest, EndsTheProcessWhereAFrameCannotEnd) {

@@ -8,6 +8,7 @@
 
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -119,9 +120,7 @@ TEST_F(InputTest, OpensTheWebPageByEitherButtonOnTheLogo) {
         toolkit::RunFor(100);
         EXPECT_FALSE(m_viewer.WasStarted());
         ClickFrom(LOGO, LOGO, bRight);
-        const auto told = m_viewer.Told();
-        ASSERT_GT(told.size(), 1U);
-        EXPECT_EQ(told[1], "[https://www.fretvane.example/products/fvn10.html]");
+        EXPECT_THAT(m_viewer.Told(), Contains("[https://www.fretvane.example/products/fvn10.html]"));
     }
 }
 
@@ -151,9 +150,7 @@ TEST_F(InputTest, TakesKeysForTheirButtons) {
         EXPECT_EQ(m_user.CountDialogs() > nDialogs,
                   key.nButton == ID_A_FREQUENCY || key.nButton == ID_OPTIONS);
         if (key.nButton == ID_HELP) {
-            const auto told = m_viewer.Told();
-            ASSERT_GT(told.size(), 1U);
-            EXPECT_EQ(told[1], "[" + m_directory.Path("fvnhelp.htm") + "]");
+            EXPECT_THAT(m_viewer.Told(), Contains("[" + m_directory.Path("fvnhelp.htm") + "]"));
         }
         EXPECT_FALSE(m_viewer.WasStarted());
         EXPECT_EQ(Access().List().GetCurSel(), 0) << "no looking for rows by their letters";

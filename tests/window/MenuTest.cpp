@@ -1,7 +1,6 @@
 #include "platform/windows/support/Toolkit.h"
 #include "window/TunerWndTest.h"
 
-#include <array>
 #include <functional>
 
 namespace {

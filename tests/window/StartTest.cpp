@@ -23,7 +23,7 @@ TEST_F(StartTest, ComesUpWithDefaultsWhereThereAreNoGoodSettings) {
         }
         Open();
         ASSERT_TRUE(Wnd().IsWindow());
-        EXPECT_EQ(m_directory.LogMessages(), std::vector<CString>{NO_SETTINGS});
+        EXPECT_THAT(m_directory.LogMessages(), ElementsAre("Unable to open state.txt, using defaults."));
         EXPECT_EQ(Wnd().GetWindowText(), "Fretvane 吉他校音软件 1.02");
         EXPECT_EQ(Wnd().GetClientRect(), (RECT{0, 0, 500, 396}));
         EXPECT_EQ(ACaption(), "&A : 440.0 Hz");

@@ -8,7 +8,7 @@
 #include <mutex>
 #include <vector>
 
-// Looks inside the main window, and does what later parts of it will do.
+// Looks inside the main window, and sets what its menu and its dialogs do.
 class CTunerWndAccess {
 public:
     explicit CTunerWndAccess(CTunerWnd& wnd) : m_wnd(wnd) {}

@@ -13,9 +13,6 @@
 #include <memory>
 #include <vector>
 
-// What the log says of a start without settings.
-inline constexpr const char* NO_SETTINGS = "Unable to open state.txt, using defaults.";
-
 // The real main window in the test's own process: in a directory of its own, in front of devices that do what
 // the test says and of a user who answers.
 class CTunerWndTest : public ::testing::Test {
