@@ -42,9 +42,7 @@ TEST_F(CaptureWayTest, TakesNoMemoryWaitsForNobodyAndWritesNothing) {
     WriteState(0, 0);
     Open();
     Access().StopCapture();
-    quiet::Reset();
-    Watch watch;
-    watch.pWnd = &Wnd();
+    Watch watch{.pWnd = &Wnd()};
     CPitchEngine& engine = Access().Engine();
     ASSERT_TRUE(engine.Start(&FrameUnderWatch, &watch, 0, 11025, 1024, 1024, 50.0F));
     m_fake->Play(

@@ -12,7 +12,6 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <cerrno>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -28,17 +27,14 @@ struct Hit {
     std::array<void*, 20> calls{};
     int nCalls = 0;
 
-    bool IsAt(const Hit& other) const {
-        return szWhat == other.szWhat && nCalls == other.nCalls &&
-               std::equal(calls.begin(), calls.begin() + nCalls, other.calls.begin());
-    }
+    friend bool operator==(const Hit&, const Hit&) = default;
 };
 
 std::array<Hit, 256> g_hits;
 std::atomic<std::size_t> g_nHits = 0;
 thread_local bool t_bWatched = false;
 
-void Note(const char* szWhat) {
+[[gnu::noinline]] void Note(const char* szWhat) {
     if (!t_bWatched) {
         return;
     }
@@ -46,12 +42,10 @@ void Note(const char* szWhat) {
     Hit hit;
     hit.szWhat = szWhat;
     hit.nCalls = backtrace(hit.calls.data(), static_cast<int>(hit.calls.size()));
-    const std::size_t nHits = g_nHits;
-    const auto end = g_hits.begin() + static_cast<std::ptrdiff_t>(nHits);
-    if (nHits < g_hits.size() &&
-        std::none_of(g_hits.begin(), end, [&](const Hit& other) { return other.IsAt(hit); })) {
-        g_hits[nHits] = hit;
-        g_nHits = nHits + 1;
+    const auto end = g_hits.begin() + static_cast<std::ptrdiff_t>(g_nHits);
+    if (end != g_hits.end() && std::find(g_hits.begin(), end, hit) == end) {
+        *end = hit;
+        ++g_nHits;
     }
     t_bWatched = true;
 }
@@ -78,10 +72,12 @@ bool IsAllowed(const Hit& hit, std::span<const char* const> allowed) {
                        [&](const char* szBeginning) { return strCaller.starts_with(szBeginning); });
 }
 
-// The library's own function behind the one that stands in its place.
+// Notes a call and gives the library's own function behind the one that stands in its place. Has no frame of
+// its own. Looking a function up takes no memory.
 template <auto* pfnStandIn>
-auto* Next(const char* szName) {
+[[gnu::always_inline]] inline auto* NoteAndFind(const char* szName) {
     static std::atomic<void*> pNext = nullptr;
+    Note(szName);
     if (pNext.load(std::memory_order_relaxed) == nullptr) {
         pNext = dlsym(RTLD_NEXT, szName);
     }
@@ -91,6 +87,7 @@ auto* Next(const char* szName) {
 }  // namespace
 
 void quiet::BeginWatching() {
+    g_nHits = 0;
     // Its first call loads what it needs.
     std::array<void*, 1> call{};
     backtrace(call.data(), 1);
@@ -99,10 +96,6 @@ void quiet::BeginWatching() {
 
 void quiet::EndWatching() {
     t_bWatched = false;
-}
-
-void quiet::Reset() {
-    g_nHits = 0;
 }
 
 std::string quiet::Describe(std::span<const char* const> allowed) {
@@ -124,82 +117,59 @@ std::string quiet::Describe(std::span<const char* const> allowed) {
 // What stands in front of the library. Its declarations name some parameters as never null.
 extern "C" {
 
-// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the library gave them their names
-void* __libc_malloc(std::size_t);
-void* __libc_calloc(std::size_t, std::size_t);
-void* __libc_realloc(void*, std::size_t);
-void* __libc_memalign(std::size_t, std::size_t);
-void __libc_free(void*);
-// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
-
 void* malloc(std::size_t nBytes) {
-    Note("malloc");
-    return __libc_malloc(nBytes);
+    return NoteAndFind<&malloc>("malloc")(nBytes);
 }
 void* calloc(std::size_t nCount, std::size_t nBytes) {
-    Note("calloc");
-    return __libc_calloc(nCount, nBytes);
+    return NoteAndFind<&calloc>("calloc")(nCount, nBytes);
 }
 void* realloc(void* p, std::size_t nBytes) {
-    Note("realloc");
-    return __libc_realloc(p, nBytes);
+    return NoteAndFind<&realloc>("realloc")(p, nBytes);
 }
 void* aligned_alloc(std::size_t nAlignment, std::size_t nBytes) {
-    Note("aligned_alloc");
-    return __libc_memalign(nAlignment, nBytes);
+    return NoteAndFind<&aligned_alloc>("aligned_alloc")(nAlignment, nBytes);
 }
 int posix_memalign(void** pp, std::size_t nAlignment, std::size_t nBytes) {
-    Note("posix_memalign");
-    *pp = __libc_memalign(nAlignment, nBytes);
-    return *pp != nullptr ? 0 : ENOMEM;
+    return NoteAndFind<&posix_memalign>("posix_memalign")(pp, nAlignment, nBytes);
 }
 void free(void* p) {
     if (p != nullptr) {
-        Note("free");
+        NoteAndFind<&free>("free")(p);
     }
-    __libc_free(p);
 }
 
 int pthread_mutex_lock(pthread_mutex_t* pMutex) noexcept {
-    Note("lock");
-    return Next<&pthread_mutex_lock>("pthread_mutex_lock")(pMutex);
+    return NoteAndFind<&pthread_mutex_lock>("pthread_mutex_lock")(pMutex);
 }
 int sem_wait(sem_t* pSemaphore) {
-    Note("sem_wait");
-    return Next<&sem_wait>("sem_wait")(pSemaphore);
+    return NoteAndFind<&sem_wait>("sem_wait")(pSemaphore);
 }
 
 ssize_t write(int nFile, const void* pData, std::size_t nBytes) {
-    Note("write");
-    return Next<&write>("write")(nFile, pData, nBytes);
+    return NoteAndFind<&write>("write")(nFile, pData, nBytes);
 }
 ssize_t writev(int nFile, const iovec* pPieces, int nPieces) {
-    Note("writev");
-    return Next<&writev>("writev")(nFile, pPieces, nPieces);
+    return NoteAndFind<&writev>("writev")(nFile, pPieces, nPieces);
 }
 ssize_t read(int nFile, void* pData, std::size_t nBytes) {
-    Note("read");
-    return Next<&read>("read")(nFile, pData, nBytes);
+    return NoteAndFind<&read>("read")(nFile, pData, nBytes);
 }
 FILE* fopen(const char* szPath, const char* szMode) {
-    Note("fopen");
-    return Next<&fopen>("fopen")(szPath, szMode);
+    return NoteAndFind<&fopen>("fopen")(szPath, szMode);
 }
 std::size_t fwrite(const void* pData, std::size_t nSize, std::size_t nCount, FILE* pFile) {
-    Note("fwrite");
-    return Next<&fwrite>("fwrite")(pData, nSize, nCount, pFile);
+    return NoteAndFind<&fwrite>("fwrite")(pData, nSize, nCount, pFile);
 }
 int fputs(const char* szText, FILE* pFile) {
-    Note("fputs");
-    return Next<&fputs>("fputs")(szText, pFile);
+    return NoteAndFind<&fputs>("fputs")(szText, pFile);
 }
 int open(const char* szPath, int nFlags, ...) {
-    Note("open");
+    auto* const pfnOpen = NoteAndFind<&open>("open");
     std::va_list rest;
     va_start(rest, nFlags);
     // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): it is, one line above
     const mode_t nMode = (nFlags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(rest, mode_t) : 0;
     va_end(rest);
-    return Next<&open>("open")(szPath, nFlags, nMode);
+    return pfnOpen(szPath, nFlags, nMode);
 }
 }

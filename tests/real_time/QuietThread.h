@@ -8,12 +8,10 @@
 // only, for the sanitizers stand there themselves.
 namespace quiet {
 
-// From now on whatever this thread does of that kind is noted, with the stack. Takes no memory itself.
+// Forgets what was noted; from now on whatever this thread does of that kind is noted, with the stack. Takes
+// no memory itself. One thread at a time.
 void BeginWatching();
 void EndWatching();
-
-// Forgets what was noted. While no thread is watched.
-void Reset();
 
 // What was noted and not by one of the functions allowed, given as the beginnings of their names: a line for
 // each kind and place, with the calls that led there. Empty if there is nothing. While no thread is watched.
