@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <random>
-#include <vector>
+#include <utility>
 
 namespace {
 
@@ -32,61 +30,57 @@ TEST(Tuning, IsComparedAndLimitedNoteByNote) {
     }
 }
 
-// Whatever is done to it: the model's cursor is an entry, known by its tag, and 0 at the end.
+// Entries are known by their tags: what GetNext gives after each change, 0 at the end.
 TEST(TuningList, KeepsItsCursorAtAnEntryOverAllChanges) {
-    std::mt19937 random(5);
     CTuningList list;
-    Tuning out;
-    std::vector<DWORD> tags;
-    DWORD dwCursor = 0;
-    const auto behind = [&tags](DWORD dwTag) {
-        const auto entry = std::find(tags.begin(), tags.end(), dwTag);
-        return dwTag == 0 || entry + 1 == tags.end() ? 0 : *(entry + 1);
-    };
-    // Several entries have the same notes.
-    const auto tuningOf = [](DWORD dwTag) {
+    const auto add = [&list](DWORD dwTag, int nSemitone) {
         Tuning tuning;
         tuning.m_dwTag = dwTag;
-        tuning.m_strings[0].semitone = static_cast<int>(dwTag % 7);
-        return tuning;
+        tuning.m_strings[0].semitone = nSemitone;
+        list.AddTail(tuning);
     };
-    for (DWORD dwStep = 1; dwStep <= 20000; ++dwStep) {
-        const int nIndex = static_cast<int>(random() % 10) - 2;
-        const bool bThere = nIndex >= 0 && nIndex < std::ssize(tags);
-        const DWORD dwTag = bThere ? tags[static_cast<std::size_t>(nIndex)] : 0;
-        const DWORD dwBefore = out.m_dwTag;
-        switch (random() % 5) {
-            case 0:
-                list.AddTail(tuningOf(dwStep));
-                tags.push_back(dwStep);
-                break;
-            case 1:
-                ASSERT_EQ(list.GetAt(out, nIndex), bThere);
-                ASSERT_EQ(out.m_dwTag, bThere ? dwTag : dwBefore);
-                dwCursor = behind(dwTag);
-                break;
-            case 2:
-                ASSERT_EQ(list.GetNext(out), dwCursor != 0);
-                ASSERT_EQ(out.m_dwTag, dwCursor != 0 ? dwCursor : dwBefore);
-                dwCursor = behind(dwCursor);
-                break;
-            case 3:
-                ASSERT_EQ(list.RemoveAt(nIndex), bThere);
-                dwCursor = bThere && dwCursor == dwTag ? behind(dwTag) : dwCursor;
-                std::erase(tags, dwTag);
-                break;
-            default:
-                const auto first =
-                    std::find_if(tags.begin(), tags.end(), [&](DWORD dw) { return dw % 7 == dwStep % 7; });
-                ASSERT_EQ(list.Find(tuningOf(dwStep)), first == tags.end() ? -1 : first - tags.begin());
-        }
-        if (dwStep % 100 == 0) {
-            list.RemoveAll();
-            tags.clear();
-            dwCursor = 0;
-        }
-        ASSERT_EQ(list.GetCount(), std::ssize(tags));
+    const auto next = [&list] {
+        Tuning out;
+        return list.GetNext(out) ? out.m_dwTag : 0;
+    };
+    const auto at = [&list](int nIndex) {
+        Tuning out;
+        return list.GetAt(out, nIndex) ? out.m_dwTag : 0;
+    };
+    add(1, 5);
+    EXPECT_EQ(next(), 0U) << "a cursor at the end stays there";
+    for (DWORD dwTag = 2; dwTag <= 6; ++dwTag) {
+        add(dwTag, dwTag < 4 ? 7 : 5);
     }
+    EXPECT_EQ(at(1), 2U);
+    EXPECT_TRUE(list.RemoveAt(0));
+    EXPECT_EQ(next(), 3U) << "an entry before the cursor";
+    EXPECT_TRUE(list.RemoveAt(2));
+    EXPECT_EQ(next(), 5U) << "the entry under it";
+    EXPECT_TRUE(list.RemoveAt(3));
+    EXPECT_EQ(next(), 0U) << "the last, under it";
+    EXPECT_EQ(at(2), 5U);
+    EXPECT_TRUE(list.RemoveAt(0));
+    EXPECT_EQ(next(), 0U) << "one before, the cursor at the end";
+    for (const int nIndex : {-1, 2}) {
+        EXPECT_EQ(at(0), 3U);
+        EXPECT_FALSE(list.RemoveAt(nIndex));
+        EXPECT_EQ(next(), 5U);
+        EXPECT_EQ(at(0), 3U);
+        EXPECT_EQ(at(nIndex), 0U);
+        EXPECT_EQ(next(), 0U) << "an entry that is not there leads to the end";
+    }
+    // The first of several with the same notes is found.
+    add(7, 7);
+    Tuning sought;
+    for (const auto& [nSemitone, nIndex] : {std::pair(7, 0), {5, 1}, {0, -1}}) {
+        sought.m_strings[0].semitone = nSemitone;
+        EXPECT_EQ(list.Find(sought), nIndex);
+    }
+    EXPECT_EQ(at(0), 3U);
+    list.RemoveAll();
+    EXPECT_EQ(next(), 0U);
+    EXPECT_EQ(list.GetCount(), 0);
 }
 
 }  // namespace

