@@ -62,16 +62,6 @@ std::string NameOf(void* pCall) {
     return strName;
 }
 
-// It counts who called first, of those whose names are known.
-bool IsAllowed(const Hit& hit, std::span<const char* const> allowed) {
-    std::string strCaller = "?";
-    for (int n = OWN_FRAMES; n < hit.nCalls && strCaller == "?"; ++n) {
-        strCaller = NameOf(hit.calls.at(static_cast<std::size_t>(n)));
-    }
-    return std::any_of(allowed.begin(), allowed.end(),
-                       [&](const char* szBeginning) { return strCaller.starts_with(szBeginning); });
-}
-
 // Notes a call and gives the library's own function behind the one that stands in its place. Has no frame of
 // its own. Looking a function up takes no memory.
 template <auto* pfnStandIn>
@@ -102,14 +92,20 @@ std::string quiet::Describe(std::span<const char* const> allowed) {
     std::string strText;
     for (std::size_t i = 0; i < g_nHits; ++i) {
         const Hit& hit = g_hits.at(i);
-        if (IsAllowed(hit, allowed)) {
-            continue;
-        }
-        strText += hit.szWhat;
+        std::string strWay = hit.szWhat;
+        // It counts who called first, of those whose names are known.
+        std::string strCaller = "?";
         for (int n = OWN_FRAMES; n < hit.nCalls; ++n) {
-            strText += (n == OWN_FRAMES ? " by " : " < ") + NameOf(hit.calls.at(static_cast<std::size_t>(n)));
+            const std::string strName = NameOf(hit.calls.at(static_cast<std::size_t>(n)));
+            strWay += (n == OWN_FRAMES ? " by " : " < ") + strName;
+            if (strCaller == "?") {
+                strCaller = strName;
+            }
         }
-        strText += '\n';
+        if (std::none_of(allowed.begin(), allowed.end(),
+                         [&](const char* szBeginning) { return strCaller.starts_with(szBeginning); })) {
+            strText += strWay + '\n';
+        }
     }
     return strText;
 }
