@@ -33,13 +33,6 @@ bool Load(CMidiSong& song, Bytes bytes, std::size_t nBuffer = 4096) {
     return song.Serialize(archive);
 }
 
-Bytes Store(CMidiSong& song) {
-    CMemFile file;
-    CArchive archive(file, CArchive::Mode::Store);
-    EXPECT_TRUE(song.Serialize(archive));
-    return {file.GetBytes().begin(), file.GetBytes().end()};
-}
-
 CMidiTrackChunk* FirstTrack(CMidiSong& song) {
     song.GetTracks().ResetIteration();
     return song.GetTracks().NextTrack();
@@ -72,7 +65,10 @@ TEST(MidiSong, WhatIsWrittenBackLeavesSuperfluousStatusBytesOut) {
     const Bytes twice = {0x00, 0x90, 0x28, 0x7F, 0x50, 0x90, 0x28, 0x00, 0x00, 0xFF, 0x2F, 0x00};
     const Bytes once = {0x00, 0x90, 0x28, 0x7F, 0x50, 0x28, 0x00, 0x00, 0xFF, 0x2F, 0x00};
     ASSERT_TRUE(Load(song, Concat({HEADER, Track(twice)})));
-    EXPECT_EQ(Store(song), Concat({HEADER, Track(once)}));
+    CMemFile file;
+    CArchive archive(file, CArchive::Mode::Store);
+    ASSERT_TRUE(song.Serialize(archive));
+    EXPECT_EQ(Bytes(file.GetBytes().begin(), file.GetBytes().end()), Concat({HEADER, Track(once)}));
 }
 
 // Each event stands behind a delta of nought.
@@ -105,14 +101,31 @@ TEST(MidiSong, EventsTellTheirKindTheirValueAndWhatTheyAre) {
     }
 }
 
-TEST(MidiSong, ALongerHeaderIsSkippedAndAnUnknownChunkEndsTheTracks) {
-    CMidiSong song;
+TEST(MidiSong, WhatIsWrongEndsTheTracksAndIsTold) {
     const Bytes longer = {'M', 'T', 'h', 'd', 0, 0, 0, 8, 0, 1, 0, 2, 0, 120, 9, 9};
-    EXPECT_TRUE(Load(song, Concat({longer, Track(RUNNING), Track(RUNNING)})));
-    EXPECT_EQ(song.GetTracks().GetCount(), 2);
-    EXPECT_FALSE(
-        Load(song, Concat({HEADER, Track(RUNNING), {'X', 'Y', 'Z', '!', 0, 0, 0, 0}, Track(RUNNING)})));
-    EXPECT_EQ(song.GetTracks().GetCount(), 1);
+    const Bytes longest = {'M', 'T', 'h', 'd', 0xFF, 0xFF, 0xFF, 0xFF, 0, 1, 0, 2, 0, 120};
+    const Bytes unknown = {'X', 'Y', 'Z', '!', 0, 0, 0, 0};
+    struct Case {
+        const char* szWhat;
+        Bytes file;
+        bool bLoads;
+        int nTracks;
+    };
+    for (const Case& file :
+         {Case{"a longer header", Concat({longer, Track(RUNNING), Track(RUNNING)}), true, 2},
+          Case{"a length that ends inside the last event",
+               Concat({HEADER, Track(RUNNING, 5), Track(RUNNING)}), true, 2},
+          Case{"a header of 4 GB", longest, false, 0},
+          Case{"an unknown chunk", Concat({HEADER, Track(RUNNING), unknown, Track(RUNNING)}), false, 1},
+          Case{"65535, a failure also where it was read",
+               Concat({HEADER, Track({0x83, 0xFF, 0x7F, 0xC1, 5})}), false, 0},
+          Case{"no status to run on", Concat({HEADER, Track({0, 0x28, 0x7F})}), false, 0},
+          Case{"2 MiB of text", Concat({HEADER, Track({0, 0xFF, 1, 0xFF, 0xFF, 0x7E, 'x'})}), false, 1}}) {
+        SCOPED_TRACE(file.szWhat);
+        CMidiSong song;
+        EXPECT_EQ(Load(song, file.file), file.bLoads);
+        EXPECT_EQ(song.GetTracks().GetCount(), file.nTracks);
+    }
 }
 
 TEST(MidiSong, AQuantityHasThreeBytesAtMost) {
@@ -122,16 +135,6 @@ TEST(MidiSong, AQuantityHasThreeBytesAtMost) {
     const auto* pEvent = FirstTrack(song)->GetFirstEvent();
     EXPECT_EQ(pEvent->GetDelta(), 1U << 14);
     EXPECT_EQ(pEvent->GetStatus(), 0xC1);
-    // 65535 is a failure also where it was read.
-    EXPECT_FALSE(Load(song, Concat({HEADER, Track({0x83, 0xFF, 0x7F, 0xC1, 0x05})})));
-    EXPECT_EQ(song.GetTracks().GetCount(), 0);
-}
-
-TEST(MidiSong, ALengthThatEndsInsideTheLastEventStillGivesIt) {
-    CMidiSong song;
-    ASSERT_TRUE(Load(song, Concat({HEADER, Track(RUNNING, 5), Track(RUNNING)})));
-    EXPECT_EQ(song.GetTracks().GetCount(), 2);
-    EXPECT_NE(FirstTrack(song)->GetFirstEvent()->GetNext(), nullptr);
 }
 
 TEST(MidiSong, EveryTruncationIsRefusedAndKeepsWhatItRead) {
@@ -146,9 +149,6 @@ TEST(MidiSong, EveryTruncationIsRefusedAndKeepsWhatItRead) {
         EXPECT_FALSE(Load(song, Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(n)))) << n;
     }
     EXPECT_EQ(song.GetTracks().GetCount(), 1) << "what was read before the last byte stays";
-    EXPECT_FALSE(Load(song, Concat({HEADER, Track({0, 0x28, 0x7F})}))) << "no status to run on";
-    EXPECT_FALSE(Load(song, Concat({HEADER, Track({0, 0xFF, 1, 0xFF, 0xFF, 0x7E, 'x'})}))) << "2 MiB of text";
-    EXPECT_FALSE(Load(song, {'M', 'T', 'h', 'd', 0xFF, 0xFF, 0xFF, 0xFF, 0, 1, 0, 2, 0, 120}));
 }
 
 TEST(MidiSong, QuantitiesAreWrittenInAsFewBytesAsTheyNeed) {
