@@ -111,8 +111,11 @@ TEST_F(CaptureFault, AThreadThatHangsInTheDeviceIsAbandonedAndNeverComesBackToIt
     EXPECT_LT(wait, 13000ms);
     EXPECT_FALSE(m_pCapture->IsRunning());
     EXPECT_FALSE(m_pCapture->IsClientHeld()) << "it was not inside the block callback";
-    // The next capture is free of it.
+    // The next capture is free of it, and has its values.
     ASSERT_TRUE(Open());
+    EXPECT_EQ(m_pCapture->GetHop(), 1);
+    FeedBuffers(2);
+    EXPECT_TRUE(WaitForCount(1));
     m_fake->HangClose(false);
     EXPECT_TRUE(m_pCapture->Stop());
     m_pCapture.reset();

@@ -23,9 +23,10 @@ TEST_F(CaptureThread, BlocksAreLeftOutWhileNewerSoundWaits) {
     ASSERT_TRUE(WaitForCount(9));
     EXPECT_FALSE(WaitForCount(10, 30));
     // Block 0 took so long that the third buffer came: the other seven of the first two buffers are late.
-    EXPECT_EQ(GetBlocks()[0][0], 0.0F);
+    const auto blocks = GetBlocks();
+    EXPECT_EQ(blocks[0][0], 0.0F);
     for (std::size_t i = 1; i < 9; ++i) {
-        EXPECT_EQ(GetBlocks()[i][0], static_cast<float>(896 + i * 128)) << i;
+        EXPECT_EQ(blocks[i][0], static_cast<float>(896 + i * 128)) << i;
     }
 }
 
@@ -40,8 +41,9 @@ TEST_F(CaptureThread, PausedItDeliversNothingAndGoesOnFromTheOldestSound) {
     // Nothing was lost and nothing is repeated: forty buffers, all that there are, hold 312 steps of 128.
     ASSERT_TRUE(WaitForCount(312));
     EXPECT_FALSE(WaitForCount(313, 30));
+    const auto blocks = GetBlocks();
     for (std::size_t i = 0; i < 312; ++i) {
-        EXPECT_EQ(GetBlocks()[i][0], static_cast<std::int16_t>(i * 128)) << i;
+        EXPECT_EQ(blocks[i][0], static_cast<std::int16_t>(i * 128)) << i;
     }
     m_pCapture->SetPaused(true);
     Sleep(60);
