@@ -124,7 +124,8 @@ TEST_F(InputTest, OpensTheWebPageByEitherButtonOnTheLogo) {
     }
 }
 
-// From the window and the list by the character, in both cases; from a button by the key's code.
+// From the window and the list by the character, in both cases; from a button by the key's code. The one that
+// plays comes last, for its notes go on for a while.
 TEST_F(InputTest, TakesKeysForTheirButtons) {
     struct Case {
         int nFocus;
@@ -133,11 +134,15 @@ TEST_F(InputTest, TakesKeysForTheirButtons) {
         int nButton;  // whose button the key is; 0 for nobody's
         bool bKeypad = false;
     };
-    constexpr Case CASES[] = {{ID_ADD, F1, "", ID_PLAY},       {0, F1, "", 0},
-                              {0, 'A', "a", ID_A_FREQUENCY},   {ID_ADD, '1', "1", ID_A_FREQUENCY, true},
-                              {ID_ADD, '1', "1", 0},           {ID_TUNINGS, '1', "1", 0, true},
-                              {ID_EXIT, 'O', "O", ID_OPTIONS}, {ID_PLAY, 'H', "h", ID_HELP},
-                              {ID_TUNINGS, 'D', "d", 0}};
+    constexpr Case CASES[] = {{0, F1, "", 0},
+                              {0, 'A', "a", ID_A_FREQUENCY},
+                              {ID_ADD, '1', "1", ID_A_FREQUENCY, true},
+                              {ID_ADD, '1', "1", 0},
+                              {ID_TUNINGS, '1', "1", 0, true},
+                              {ID_EXIT, 'O', "O", ID_OPTIONS},
+                              {ID_PLAY, 'H', "h", ID_HELP},
+                              {ID_TUNINGS, 'D', "d", 0},
+                              {ID_ADD, F1, "", ID_PLAY}};
     OpenInFront();
     for (const Case& key : CASES) {
         SCOPED_TRACE(testing::Message() << "key " << key.nKey << " '" << key.szText << "' at " << key.nFocus);

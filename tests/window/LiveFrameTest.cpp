@@ -62,6 +62,9 @@ TEST_F(LiveFrameTest, FadesWithTheStringThatSounds) {
     for (int nRound = 0; nRound < 2; ++nRound) {
         PlayString(110.2);
         EXPECT_TRUE(toolkit::WaitUntil([this] { return NeedleColor() == NEEDLE; }));
+        // A peak of 9657 of 32768 is 1 + 10 ln(0.295) / 60 = 0.80 of the 253 rows above 298.
+        EXPECT_TRUE(toolkit::WaitUntil([this] { return PixelAt(225, 298 - 190) != WHITE; }));
+        EXPECT_EQ(PixelAt(225, 298 - 215), WHITE);
         PlayString(0.0);
         EXPECT_TRUE(toolkit::WaitUntil([this] {
             const COLORREF clr = NeedleColor();

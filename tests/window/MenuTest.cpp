@@ -86,6 +86,7 @@ TEST_F(MenuTest, SetsTheStringPlaysItAndThenFindsTheRow) {
         EXPECT_EQ(Access().Current().m_strName, "Drop D");
     }
     // By the keyboard alone.
+    const auto before = CopyPicture();
     EXPECT_TRUE(RightClick({HIGHEST_X, 100}, [] {
         OpenOctave(1);
         toolkit::PopupKey(ENTER);
@@ -94,6 +95,7 @@ TEST_F(MenuTest, SetsTheStringPlaysItAndThenFindsTheRow) {
     EXPECT_TRUE(Note(5).IsNote(0, 1));
     EXPECT_THAT(Access().Rows(), ElementsAre("Standard", "Drop D", TEMPORARY));
     EXPECT_EQ(Access().List().GetCurSel(), 2);
+    EXPECT_NE(CopyPicture(), before) << "diagram and strip show it";
 }
 
 TEST_F(MenuTest, OpensNothingBesideTheStrings) {

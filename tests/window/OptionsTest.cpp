@@ -93,6 +93,10 @@ TEST_F(OptionsTest, StartTheCaptureAnewOnAnotherDevice) {
     EXPECT_EQ(Access().Store().GetWaveDevice(), 2);
     PickDevice(0);
     EXPECT_EQ(Openings().back(), "-1 11025");
+    m_fake->SetDevices({});
+    PickDevice(-1);
+    EXPECT_EQ(m_fake->GetOpenCount(), 0);
+    EXPECT_THAT(m_user.GetBoxes(), testing::SizeIs(1)) << "the capture tells of it";
 }
 
 }  // namespace
