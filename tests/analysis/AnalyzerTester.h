@@ -1,9 +1,39 @@
 #pragma once
 
 #include "analysis/SpectrumAnalyzer.h"
+#include "support/CaptureSets.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstddef>
+#include <numbers>
+#include <utility>
 #include <vector>
+
+// The set-up that a capture makes.
+inline bool SetUpFor(CSpectrumAnalyzer& analyzer, const CaptureSet& set) {
+    return analyzer.Setup(set.nBlockSamples, set.nSampleRate, 20, 7, 24, set.fLowestFrequency);
+}
+
+// Puts a steady sound into the analyser's block: partials by frequency and amplitude.
+inline void FillPartials(CSpectrumAnalyzer& analyzer, const CaptureSet& set,
+                         const std::vector<std::pair<double, double>>& partials) {
+    for (int i = 0; i < set.nBlockSamples; ++i) {
+        double dSum = 0.0;
+        for (const auto& [dFrequency, dAmplitude] : partials) {
+            const double dTurns = dFrequency * i / set.nSampleRate;
+            dSum += dAmplitude * std::sin(2.0 * std::numbers::pi * dTurns + dFrequency);
+        }
+        analyzer.GetInputBuffer()[i] = static_cast<float>(dSum);
+    }
+}
+
+// Of equal ones the first.
+inline NoteReading StrongestCandidate(const CSpectrumAnalyzer& analyzer) {
+    const auto candidates = analyzer.GetCandidates();
+    return *std::max_element(candidates.begin(), candidates.end(),
+                             [](const auto& a, const auto& b) { return a.strength < b.strength; });
+}
 
 // Peaks in the order of rising frequency.
 struct TestPeak {

@@ -11,19 +11,17 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdlib>
-#include <limits>
 #include <new>
 #include <vector>
 
 namespace {
 
 std::atomic<long> g_nAllocations = 0;
-// How many more are granted.
-std::atomic<long> g_nGranted = std::numeric_limits<long>::max();
+// The one, by number, that is refused.
+std::atomic<long> g_nRefused = -1;
 
 void* Take(std::size_t nBytes, std::size_t nAlignment) noexcept {
-    ++g_nAllocations;
-    if (g_nGranted-- <= 0) {
+    if (g_nAllocations++ == g_nRefused) {
         return nullptr;
     }
     const std::size_t nRounded =
@@ -60,13 +58,6 @@ void operator delete(void* pRoom, std::align_val_t /*alignment*/) noexcept {
 
 namespace {
 
-bool SetUpWith(CSpectrumAnalyzer& analyzer, long nGranted) {
-    g_nGranted = nGranted;
-    const bool bReady = analyzer.Setup(1024, 11025, 20, 7, 24, 50.0F);
-    g_nGranted = std::numeric_limits<long>::max();
-    return bReady;
-}
-
 // Each allocation of a set-up refused in turn: a false result, nothing lost, and the next set-up works.
 TEST(AnalysisMemory, ASetupWithoutMemoryIsRefused) {
     const std::vector<float> sound = SyntheticString{}.MakeFloats(1024);
@@ -76,12 +67,11 @@ TEST(AnalysisMemory, ASetupWithoutMemoryIsRefused) {
     ASSERT_TRUE(analyzer.Setup(1024, 11025, 20, 7, 24, 50.0F));
     const long nNeeded = g_nAllocations - nBefore;
     ASSERT_GT(nNeeded, 10);
-    int nRefused = 0;
-    for (long nGranted = 0; nGranted < nNeeded; ++nGranted) {
-        nRefused += SetUpWith(analyzer, nGranted) ? 0 : 1;
+    for (long i = 0; i < nNeeded; ++i) {
+        g_nRefused = g_nAllocations + i;
+        EXPECT_FALSE(analyzer.Setup(1024, 11025, 20, 7, 24, 50.0F)) << i;
     }
-    EXPECT_EQ(nRefused, nNeeded);
-    ASSERT_TRUE(SetUpWith(analyzer, nNeeded));
+    ASSERT_TRUE(analyzer.Setup(1024, 11025, 20, 7, 24, 50.0F));
     std::copy(sound.begin(), sound.end(), analyzer.GetInputBuffer());
     analyzer.Analyze(false, 128);
     EXPECT_TRUE(analyzer.GetCandidates()[9].IsNote(9, 2));
@@ -90,10 +80,9 @@ TEST(AnalysisMemory, ASetupWithoutMemoryIsRefused) {
 TEST(AnalysisMemory, AReferenceWithoutMemoryKeepsTheOldOne) {
     CSpectrumAnalyzer analyzer;
     ASSERT_TRUE(analyzer.Setup(1024, 11025, 20, 7, 24, 50.0F));
-    for (long nGranted = 0; nGranted < 4; ++nGranted) {
-        g_nGranted = nGranted;
-        EXPECT_FALSE(analyzer.SetReference(450.0F)) << nGranted;
-        g_nGranted = std::numeric_limits<long>::max();
+    for (long i = 0; i < 4; ++i) {
+        g_nRefused = g_nAllocations + i;
+        EXPECT_FALSE(analyzer.SetReference(450.0F)) << i;
         EXPECT_EQ(analyzer.MakeReading(440.0F, 1.0F).cents, 0.0F);
     }
     EXPECT_TRUE(analyzer.SetReference(450.0F));

@@ -1,32 +1,33 @@
 #include "analysis/NoteClaims.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cstddef>
+#include <map>
+#include <utility>
 #include <vector>
 
 namespace {
 
-using testing::ElementsAre;
-
+constexpr int NOTES = 12;
 constexpr int PEAKS = 20;
 
-// A table for the given amplitudes; peak p lies at 100 (p + 1) Hz.
+float FrequencyOf(int nPeak) {
+    return 100.0F * static_cast<float>(nPeak + 1);
+}
+
 class NoteClaims : public testing::Test {
 protected:
+    // A table for the given amplitudes; peak p lies at 100 (p + 1) Hz.
     void Load(const std::vector<float>& amplitudes) {
-        ASSERT_TRUE(m_claims.Init(12, PEAKS));
-        std::array<float, PEAKS> frequencies{};
-        std::array<float, PEAKS> all{};
+        ASSERT_TRUE(m_claims.Init(NOTES, PEAKS));
+        std::vector<float> frequencies;
         for (std::size_t p = 0; p < amplitudes.size(); ++p) {
-            frequencies.at(p) = FrequencyOf(static_cast<int>(p));
-            all.at(p) = amplitudes[p];
+            frequencies.push_back(FrequencyOf(static_cast<int>(p)));
         }
-        m_claims.LoadPeaks(frequencies.data(), all.data(), PEAKS);
+        m_claims.LoadPeaks(frequencies.data(), amplitudes.data(), static_cast<int>(amplitudes.size()));
     }
-    static float FrequencyOf(int nPeak) { return 100.0F * static_cast<float>(nPeak + 1); }
     void Claim(int nNote, const std::vector<int>& peaks) {
         m_claims.ClearNote(nNote);
         m_claims.SetOctave(nNote, 3);
@@ -35,89 +36,55 @@ protected:
             EXPECT_TRUE(m_claims.ClaimPeak(nNote, FrequencyOf(p)));
         }
     }
-    // The notes that are left, in order of semitone.
-    std::vector<int> Resolve() {
-        m_claims.Rebuild();
-        while (m_claims.DropWeakest()) {
-        }
-        m_claims.CopyOut(m_notes);
-        std::vector<int> left;
-        for (int n = 0; n < 12; ++n) {
-            const NoteReading& note = m_notes.at(static_cast<std::size_t>(n));
-            EXPECT_EQ(note.semitone, n);
-            if (note.strength > 0.0F) {
-                left.push_back(n);
-            } else {
-                EXPECT_EQ(note.octave, 0);
-                EXPECT_EQ(note.frequency, 0.0F);
-            }
-        }
-        return left;
-    }
 
     CNoteClaims m_claims;
-    std::array<NoteReading, 12> m_notes;
 };
 
-TEST_F(NoteClaims, WithoutNotesThereIsNothingToDo) {
-    Load({10, 20});
-    EXPECT_FALSE(m_claims.Rebuild());
-    EXPECT_FALSE(m_claims.DropWeakest());
-    EXPECT_THAT(Resolve(), ElementsAre());
-}
-
-TEST_F(NoteClaims, OneNoteThatOwnsAllStays) {
-    Load({10, 20, 30});
-    Claim(9, {0, 1, 2});
-    EXPECT_THAT(Resolve(), ElementsAre(9));
-    EXPECT_EQ(m_notes[9].strength, 60.0F);
-    EXPECT_EQ(m_notes[9].octave, 3);
-    EXPECT_EQ(m_notes[9].frequency, 100.0F);
-}
-
-// Both own nothing; the first in rank, the stronger or the lower semitone, goes, and the other then owns
-// everything.
-TEST_F(NoteClaims, OfTwoWithTheSameClaimsOneStays) {
-    Load({10, 20, 30});
-    Claim(2, {0, 1, 2});
-    Claim(7, {0, 1, 2});
-    EXPECT_THAT(Resolve(), ElementsAre(7));
-}
-
-// Own shares 0.5, 0.3 and 0.2: the last goes, and its peak then belongs to nobody.
-TEST_F(NoteClaims, TheSmallestOwnShareGoesFirst) {
-    Load({50, 30, 20});
-    Claim(0, {0});
-    Claim(4, {1});
-    Claim(11, {2});
-    EXPECT_THAT(Resolve(), ElementsAre(0, 4));
-}
-
-// Note 8 owns nothing and goes first. That leaves its peak to note 3, whose own share, 0.1 until then,
-// becomes 0.3.
-TEST_F(NoteClaims, SharesAreWorkedOutAnewAfterEachRemoval) {
-    Load({30, 40, 20, 10});
-    Claim(3, {1, 2, 3});
-    Claim(5, {0, 1});
-    Claim(8, {2});
-    EXPECT_THAT(Resolve(), ElementsAre(3, 5));
-    EXPECT_EQ(m_notes[3].strength, 70.0F);
-}
-
-TEST_F(NoteClaims, AQuarterIsEnoughAndNoMoreThanFourFit) {
-    Load({25, 25, 25, 25});
-    Claim(1, {0});
-    Claim(2, {1});
-    Claim(3, {2});
-    Claim(4, {3});
-    EXPECT_THAT(Resolve(), ElementsAre(1, 2, 3, 4));
-    Load({25, 25, 25, 24, 1});
-    Claim(1, {0});
-    Claim(2, {1});
-    Claim(3, {2});
-    Claim(4, {3});
-    Claim(5, {4});
-    EXPECT_THAT(Resolve(), ElementsAre(1, 2, 3));
+TEST_F(NoteClaims, EachThatIsLeftExplainsAQuarterAlone) {
+    struct Case {
+        const char* szWhat;
+        std::vector<float> amplitudes;
+        std::vector<std::pair<int, std::vector<int>>> claims;  // note and peaks
+        std::map<int, float> left;                             // note and strength
+    };
+    const std::vector<Case> cases{
+        {"no notes", {10, 20}, {}, {}},
+        {"one note", {10, 20, 30}, {{9, {0, 1, 2}}}, {{9, 60.0F}}},
+        // Both own nothing; the first in rank, the stronger or the lower semitone, goes.
+        {"two with the same claims", {10, 20, 30}, {{2, {0, 1, 2}}, {7, {0, 1, 2}}}, {{7, 60.0F}}},
+        // Own shares 0.5, 0.3 and 0.2.
+        {"the smallest goes", {50, 30, 20}, {{0, {0}}, {4, {1}}, {11, {2}}}, {{0, 50.0F}, {4, 30.0F}}},
+        // Note 8 owns nothing and goes first. That leaves its peak to note 3, whose own share, 0.1 until
+        // then, becomes 0.3.
+        {"shares anew after each removal",
+         {30, 40, 20, 10},
+         {{3, {1, 2, 3}}, {5, {0, 1}}, {8, {2}}},
+         {{3, 70.0F}, {5, 70.0F}}},
+        {"a quarter is enough",
+         {1, 1, 1, 1},
+         {{1, {0}}, {2, {1}}, {3, {2}}, {4, {3}}},
+         {{1, 1.0F}, {2, 1.0F}, {3, 1.0F}, {4, 1.0F}}},
+        {"less is not",
+         {25, 25, 25, 24, 1},
+         {{1, {0}}, {2, {1}}, {3, {2}}, {4, {3}}, {5, {4}}},
+         {{1, 25.0F}, {2, 25.0F}, {3, 25.0F}}}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.szWhat);
+        Load(c.amplitudes);
+        for (const auto& [nNote, peaks] : c.claims) {
+            Claim(nNote, peaks);
+        }
+        EXPECT_EQ(m_claims.Rebuild(), !c.claims.empty());
+        while (m_claims.DropWeakest()) {
+        }
+        std::array<NoteReading, NOTES> notes;
+        m_claims.CopyOut(notes);
+        for (int n = 0; n < NOTES; ++n) {
+            const bool bLeft = c.left.contains(n);
+            EXPECT_EQ(notes.at(static_cast<std::size_t>(n)),
+                      (bLeft ? NoteReading{{n, 3}, 0.0F, c.left.at(n), 100.0F} : NoteReading{{n, 0}}));
+        }
+    }
 }
 
 TEST_F(NoteClaims, OnlyPeaksThatAreThereCanBeClaimed) {
@@ -132,14 +99,8 @@ TEST_F(NoteClaims, OnlyPeaksThatAreThereCanBeClaimed) {
     Claim(6, {2});
     m_claims.ClearNote(6);
     EXPECT_FALSE(m_claims.Rebuild());
-}
-
-TEST_F(NoteClaims, AResetForgetsTheBlock) {
-    Load({10, 20});
-    Claim(1, {0, 1});
     m_claims.Reset();
-    EXPECT_FALSE(m_claims.ClaimPeak(1, FrequencyOf(0)));
-    EXPECT_THAT(Resolve(), ElementsAre());
+    EXPECT_FALSE(m_claims.ClaimPeak(6, FrequencyOf(2))) << "a peak of the block before";
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include "analysis/AnalyzerTester.h"
 #include "analysis/PlainAnalysis.h"
 #include "stage/SyntheticString.h"
-#include "support/CaptureSets.h"
 
 #include <gtest/gtest.h>
 
@@ -21,7 +20,6 @@ namespace {
 std::vector<NoteReading> Publish(CSpectrumAnalyzer& analyzer,
                                  const std::vector<PlainFundamental>& fundamentals) {
     std::vector<NoteReading> notes;
-    notes.reserve(SEMITONES);
     for (int i = 0; i < SEMITONES; ++i) {
         notes.push_back(NoteReading::Empty(i));
     }
@@ -37,10 +35,7 @@ std::vector<NoteReading> Publish(CSpectrumAnalyzer& analyzer,
 
 class PlainComparison : public testing::TestWithParam<std::size_t> {
 protected:
-    void SetUp() override {
-        ASSERT_TRUE(
-            m_analyzer.Setup(m_set.nBlockSamples, m_set.nSampleRate, 20, 7, 24, m_set.fLowestFrequency));
-    }
+    void SetUp() override { ASSERT_TRUE(SetUpFor(m_analyzer, m_set)); }
     // The number of fundamentals that were accepted.
     std::size_t Compare(const std::vector<float>& block) {
         std::copy(block.begin(), block.end(), m_analyzer.GetInputBuffer());

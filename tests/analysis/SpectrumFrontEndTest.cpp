@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <numbers>
@@ -20,19 +21,14 @@ class SpectrumFrontEnd : public testing::Test {
 protected:
     void SetUp() override { ASSERT_TRUE(m_analyzer.Setup(BLOCK, RATE, 20, 7, 24, 50.0F)); }
     void FillBlock(float fValue) { std::fill_n(m_analyzer.GetInputBuffer(), BLOCK, fValue); }
-    float LevelOfOneSample(float fValue) {
-        FillBlock(0.0F);
-        m_analyzer.GetInputBuffer()[300] = fValue;
-        return m_analyzer.ComputeLevel();
-    }
 
     CSpectrumAnalyzer m_analyzer;
 };
 
-// A single sample of 1 shows the windows' values: bin 0 of each spectrum is the sum over the block.
+// A single sample of 1 shows the windows' values: bin 0 of each spectrum is the sum over the block. Nothing
+// is scaled.
 TEST_F(SpectrumFrontEnd, WindowsHaveTheirClosedForms) {
     double dSlopeSum = 0.0;
-    std::vector<double> slopes;
     for (int i = 0; i < BLOCK; ++i) {
         FillBlock(0.0F);
         m_analyzer.GetInputBuffer()[i] = 1.0F;
@@ -47,44 +43,29 @@ TEST_F(SpectrumFrontEnd, WindowsHaveTheirClosedForms) {
         const double dHalfway = 2.0 * std::numbers::pi * (i + 0.5) / BLOCK;
         const double dSlope =
             static_cast<double>(RATE) / BLOCK * (0.5 * std::sin(dHalfway) - 0.16 * std::sin(2.0 * dHalfway));
-        slopes.push_back(m_analyzer.GetSlopeSpectrum()[0]);
-        EXPECT_NEAR(slopes.back(), dSlope, 3e-4);
-        dSlopeSum += slopes.back();
+        EXPECT_NEAR(m_analyzer.GetSlopeSpectrum()[0], dSlope, 3e-4);
+        dSlopeSum += m_analyzer.GetSlopeSpectrum()[0];
     }
     EXPECT_NEAR(dSlopeSum, 0.0, 1e-3);
-    for (std::size_t i = 0; i < slopes.size(); ++i) {
-        EXPECT_NEAR(slopes[i], -slopes[slopes.size() - 1 - i], 3e-4) << i;
-    }
-}
-
-// Without scaling: a sine of amplitude A in the centre of a bin gives A sum(w) / 2, and sum(w) = 0.42 (N -
-// 1).
-TEST_F(SpectrumFrontEnd, AmplitudesAreUnscaled) {
-    for (int i = 0; i < BLOCK; ++i) {
-        m_analyzer.GetInputBuffer()[i] =
-            static_cast<float>(32767.0 * std::sin(2.0 * std::numbers::pi * 100.0 * i / BLOCK));
-    }
-    m_analyzer.TransformBlock(false);
-    const auto spectrum = m_analyzer.GetSpectrum();
-    EXPECT_NEAR(std::hypot(spectrum[200], spectrum[201]), 32767.0 * 0.42 * 1023 / 2, 100.0);
 }
 
 TEST_F(SpectrumFrontEnd, LevelIsThePeakOnALogarithmicScale) {
-    FillBlock(0.0F);
-    EXPECT_EQ(m_analyzer.ComputeLevel(), 0.0F);
-    EXPECT_EQ(LevelOfOneSample(32767.0F), 1.0F);
-    EXPECT_EQ(LevelOfOneSample(-32768.0F), 1.0F);
-    // 1 + 10 ln(1/2) / 60
-    EXPECT_NEAR(LevelOfOneSample(-16384.0F), 0.884475, 1e-6);
-    EXPECT_NEAR(LevelOfOneSample(16383.5F), 0.884475, 1e-6);
-    // e^-6 of full scale is 81.2.
-    EXPECT_EQ(LevelOfOneSample(81.0F), 0.0F);
-    EXPECT_NEAR(LevelOfOneSample(82.0F), 0.00159, 1e-5);
-    // The larger side counts, each by its own full scale.
-    FillBlock(0.0F);
-    m_analyzer.GetInputBuffer()[0] = 1000.0F;
-    m_analyzer.GetInputBuffer()[BLOCK - 1] = -20000.0F;
-    EXPECT_NEAR(m_analyzer.ComputeLevel(), 1.0 + 10.0 * std::log(20000.0 / 32768.0) / 60.0, 1e-6);
+    // The first sample, the last, and the level: 1 + 10 ln(1/2) / 60 at half of full scale, and 0 below e^-6
+    // of it, which is 81.2. The larger side counts, each by its own full scale.
+    for (const auto& [fFirst, fLast, fLevel] :
+         std::vector<std::array<float, 3>>{{0.0F, 0.0F, 0.0F},
+                                           {32767.0F, 0.0F, 1.0F},
+                                           {0.0F, -32768.0F, 1.0F},
+                                           {-16384.0F, 0.0F, 0.884475F},
+                                           {0.0F, 16383.5F, 0.884475F},
+                                           {81.0F, 0.0F, 0.0F},
+                                           {82.0F, 0.0F, 0.0015903F},
+                                           {1000.0F, -16384.0F, 0.884475F}}) {
+        FillBlock(0.0F);
+        m_analyzer.GetInputBuffer()[0] = fFirst;
+        m_analyzer.GetInputBuffer()[BLOCK - 1] = fLast;
+        EXPECT_NEAR(m_analyzer.ComputeLevel(), fLevel, 1e-6) << fFirst << " and " << fLast;
+    }
 }
 
 TEST_F(SpectrumFrontEnd, ReferenceOutsideTheLimitsChangesNothing) {
@@ -123,10 +104,6 @@ TEST(SpectrumAnalyzerSetup, EachStandsForItself) {
     }
     ASSERT_TRUE(used.Setup(2048, 44100, 20, 7, 24, 35.0F));
     analyze(used, 2048);
-    ASSERT_TRUE(used.Setup(1024, RATE, 20, 7, 24, 50.0F));
-    ASSERT_TRUE(used.Setup(1024, RATE, 20, 7, 24, 50.0F));
-    EXPECT_EQ(analyze(used, 1024), expected);
-    used.Clear();
     used.Clear();
     ASSERT_TRUE(used.Setup(1024, RATE, 20, 7, 24, 50.0F));
     EXPECT_EQ(analyze(used, 1024), expected);
