@@ -159,6 +159,29 @@ std::size_t fwrite(const void* pData, std::size_t nSize, std::size_t nCount, FIL
 int fputs(const char* szText, FILE* pFile) {
     return NoteAndFind<&fputs>("fputs")(szText, pFile);
 }
+int fputc(int nCharacter, FILE* pFile) {
+    return NoteAndFind<&fputc>("fputc")(nCharacter, pFile);
+}
+int puts(const char* szText) {
+    return NoteAndFind<&puts>("puts")(szText);
+}
+int vfprintf(FILE* pFile, const char* szFormat, std::va_list values) {
+    return NoteAndFind<&vfprintf>("vfprintf")(pFile, szFormat, values);
+}
+int fprintf(FILE* pFile, const char* szFormat, ...) {
+    std::va_list values;
+    va_start(values, szFormat);
+    const int nWritten = vfprintf(pFile, szFormat, values);
+    va_end(values);
+    return nWritten;
+}
+int printf(const char* szFormat, ...) {
+    std::va_list values;
+    va_start(values, szFormat);
+    const int nWritten = vfprintf(stdout, szFormat, values);
+    va_end(values);
+    return nWritten;
+}
 int open(const char* szPath, int nFlags, ...) {
     auto* const pfnOpen = NoteAndFind<&open>("open");
     std::va_list rest;
