@@ -104,4 +104,15 @@ TEST_F(PitchEngine, AStartStopsWhatRunsBeforeAnythingElse) {
     EXPECT_EQ(m_heard.fLevel, 0.0F);
 }
 
+// Silence that never comes, so that the machine keeps up with ease.
+TEST_F(PitchEngine, AdaptsTheHopWhenAsked) {
+    m_engine.SetHop(128);
+    m_engine.SetAdaptHop(true);
+    ASSERT_TRUE(Start());
+    for (int i = 0; i < 2000 && m_engine.GetCapture().GetHop() == 128; ++i) {
+        Sleep(5);
+    }
+    EXPECT_LT(m_engine.GetCapture().GetHop(), 128);
+}
+
 }  // namespace
