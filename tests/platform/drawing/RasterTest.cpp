@@ -170,15 +170,6 @@ TEST(DrawEdge, IsTwoRingsInTheColoursOfTheDesktop) {
               ".........");
 }
 
-double DistanceToSegment(POINT pt, POINT ptFrom, POINT ptTo) {
-    const double dx = ptTo.x - ptFrom.x;
-    const double dy = ptTo.y - ptFrom.y;
-    const double fAlong =
-        ((pt.x - ptFrom.x) * dx + (pt.y - ptFrom.y) * dy) / std::max(dx * dx + dy * dy, 1.0);
-    const double fFoot = std::clamp(fAlong, 0.0, 1.0);
-    return std::hypot(pt.x - ptFrom.x - fFoot * dx, pt.y - ptFrom.y - fFoot * dy);
-}
-
 TEST(LineTo, CoversThePixelsWithinHalfItsWidthAndNoOther) {
     constexpr COLORREF clrLine = 0x0000A0;
     std::mt19937 random = Random(5);
@@ -189,13 +180,19 @@ TEST(LineTo, CoversThePixelsWithinHalfItsWidthAndNoOther) {
         // Upright, level and single points as often as slanted lines.
         const POINT ptTo{random() % 3 == 0 ? ptFrom.x : RandomInt(random, -12, 52),
                          random() % 3 == 0 ? ptFrom.y : RandomInt(random, -12, 52)};
+        const double dx = ptTo.x - ptFrom.x;
+        const double dy = ptTo.y - ptFrom.y;
+        const double fLength2 = std::max(dx * dx + dy * dy, 1.0);
         CPen pen(PS_SOLID, RandomInt(random, 1, 7), clrLine);
         mem.dc.SelectObject(&pen);
         mem.dc.MoveTo(ptFrom.x, ptFrom.y);
         mem.dc.LineTo(ptTo.x, ptTo.y);
         for (int y = 0; y < size.cy; ++y) {
             for (int x = 0; x < size.cx; ++x) {
-                const bool bInside = DistanceToSegment({x, y}, ptFrom, ptTo) <= pen.GetWidth() / 2.0 + 1e-9;
+                const double fFoot =
+                    std::clamp(((x - ptFrom.x) * dx + (y - ptFrom.y) * dy) / fLength2, 0.0, 1.0);
+                const bool bInside = std::hypot(x - ptFrom.x - fFoot * dx, y - ptFrom.y - fFoot * dy) <=
+                                     pen.GetWidth() / 2.0 + 1e-9;
                 ASSERT_EQ(mem.dc.GetPixel(x, y), bInside ? clrLine : 0)
                     << "round " << nRound << " pixel " << x << "," << y << " width " << pen.GetWidth();
             }
@@ -212,6 +209,7 @@ TEST(LineTo, MovesOnAndStandsAbsurdPlaces) {
     for (const POINT pt : {POINT{1, 1}, {4, 3}, {4, 5}}) {
         EXPECT_EQ(mem.dc.GetPixel(pt.x, pt.y), 0xFFFFFFU) << pt.x << "," << pt.y;
     }
+    EXPECT_EQ(mem.dc.GetPixel(4, 0), 0U);
     mem.dc.LineTo(INT_MAX, INT_MIN);
     mem.dc.LineTo(INT_MIN, INT_MAX);
     CPen pen(PS_SOLID, 255, 0x00FF00);

@@ -46,12 +46,10 @@ protected:
         return ink;
     }
 
-    static std::unique_ptr<CGraphicsSession> s_pSession;
+    static inline std::unique_ptr<CGraphicsSession> s_pSession;
     MemoryDc m_mem{g_cx, g_cy};
     CFont m_font;
 };
-
-std::unique_ptr<CGraphicsSession> Text::s_pSession;
 
 TEST_F(Text, StaysInItsRectangle) {
     const RECT rectangles[] = {{16, 3, 40, 18}, {16, 3, 26, 9}, {-5, -4, 20, 8}, {80, 20, 120, 40}};
@@ -87,11 +85,12 @@ TEST_F(Text, TakesItsColoursAndItsGround) {
         return GetRed(clr) == 255 && GetGreen(clr) == GetBlue(clr);
     }));
     EXPECT_TRUE(std::any_of(drawn.begin(), drawn.end(), [](COLORREF clr) { return GetGreen(clr) < 64; }));
-    EXPECT_EQ(m_mem.dc.GetPixel(5, 5), 0xFFFFFFU);
-    m_mem.dc.SetBkMode(OPAQUE);
     m_mem.dc.SetBkColor(0x00FF00);
-    m_mem.dc.DrawText("E", {5, 5, 40, 30}, 0);
-    EXPECT_EQ(m_mem.dc.GetPixel(5, 5), 0x00FF00U);
+    for (const auto& [nMode, clrGround] : {std::pair{TRANSPARENT, 0xFFFFFFU}, {OPAQUE, 0x00FF00U}}) {
+        m_mem.dc.SetBkMode(nMode);
+        m_mem.dc.DrawText("E", {5, 5, 40, 30}, 0);
+        EXPECT_EQ(m_mem.dc.GetPixel(5, 5), clrGround);
+    }
     EXPECT_EQ(m_mem.dc.GetPixel(5, 28), 0xFFFFFFU) << "the ground is as high as the line";
 }
 
