@@ -13,7 +13,6 @@ struct CFakeWaveIn::Shared {
     std::vector<Stream*> m_streams;
     std::vector<Opening> m_openings;
     Calls m_calls;
-    bool m_bStalled = false;
     bool m_bHangOpen = false;
     bool m_bHangClose = false;
     int m_nHanging = 0;
@@ -114,8 +113,7 @@ void CFakeWaveIn::Feed(std::span<const std::int16_t> samples) {
     {
         const std::lock_guard lock(m_pShared->m_mutex);
         for (Stream* const pStream : m_pShared->m_streams) {
-            if (pStream->IsRunning() && !m_pShared->m_bStalled &&
-                m_pShared->IsPresent(pStream->GetDeviceId())) {
+            if (pStream->IsRunning() && m_pShared->IsPresent(pStream->GetDeviceId())) {
                 pStream->UseRoom(samples.size());
                 streams.push_back(pStream);
             }
@@ -156,11 +154,6 @@ void CFakeWaveIn::Play(std::function<std::int16_t(std::uint64_t)> signal, Rhythm
 
 void CFakeWaveIn::StopPlaying() {
     m_player = {};
-}
-
-void CFakeWaveIn::Stall(bool bStall) {
-    const std::lock_guard lock(m_pShared->m_mutex);
-    m_pShared->m_bStalled = bStall;
 }
 
 void CFakeWaveIn::SetPresent(UINT uDeviceId, bool bPresent) {
@@ -205,7 +198,6 @@ bool CFakeWaveIn::IsAnybodyHanging() const {
 
 UINT CFakeWaveIn::GetNumDevs() {
     const std::lock_guard lock(m_pShared->m_mutex);
-    ++m_pShared->m_calls.nGetNumDevs;
     return static_cast<UINT>(m_pShared->m_devices.size());
 }
 

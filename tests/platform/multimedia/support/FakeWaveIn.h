@@ -28,7 +28,6 @@ public:
     };
     // How often each operation was called.
     struct Calls {
-        int nGetNumDevs = 0;
         int nOpen = 0;
         int nAddBuffer = 0;
         int nStart = 0;
@@ -58,8 +57,6 @@ public:
     void Play(std::function<std::int16_t(std::uint64_t nSample)> signal, Rhythm rhythm);
     void StopPlaying();
 
-    // While stalled, devices stay open and deliver nothing.
-    void Stall(bool bStall);
     // The device goes: open handles deliver nothing, it cannot be opened. Come back, it goes on by itself.
     void SetPresent(UINT uDeviceId, bool bPresent);
     // While hanging, the operation does not return.
