@@ -20,6 +20,7 @@ namespace {
 std::vector<NoteReading> Publish(CSpectrumAnalyzer& analyzer,
                                  const std::vector<PlainFundamental>& fundamentals) {
     std::vector<NoteReading> notes;
+    notes.reserve(SEMITONES);
     for (int i = 0; i < SEMITONES; ++i) {
         notes.push_back(NoteReading::Empty(i));
     }

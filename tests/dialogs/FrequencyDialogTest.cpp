@@ -88,18 +88,22 @@ TEST_F(FrequencyDialog, ClosesWithANumberInRangeOnly) {
         EXPECT_EQ(toolkit::ModalText(), "Please enter a number from 430 to 450 Hz, or press cancel");
         toolkit::CloseModal();
     };
-    for (const auto& [szText, nResult] :
-         {std::pair{"429.9", IDCANCEL}, {"430", IDOK}, {"450", IDOK}, {"450.1", IDCANCEL}, {"", IDCANCEL}}) {
+    struct Case {
+        const char* szText;
+        int nResult;
+    };
+    for (const Case& c :
+         {Case{"429.9", IDCANCEL}, {"430", IDOK}, {"450", IDOK}, {"450.1", IDCANCEL}, {"", IDCANCEL}}) {
         EXPECT_EQ(Run(440.0F,
                       [&] {
-                          Enter(szText);
-                          if (nResult == IDCANCEL) {
+                          Enter(c.szText);
+                          if (c.nResult == IDCANCEL) {
                               toolkit::Later(fnCloseBox);
                           }
                           toolkit::Key(Item(g_nEdit), g_nReturn, "\r");
                       }),
-                  nResult)
-            << szText;
+                  c.nResult)
+            << c.szText;
     }
 }
 

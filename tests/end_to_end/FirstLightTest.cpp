@@ -76,6 +76,16 @@ TEST_F(FirstLight, SampledGuitarIsReadRightOnOpenFrettedAndDetunedStrings) {
     }
 }
 
+TEST_F(FirstLight, SilenceTurnsTheNeedleGreyAndKeepsTheReading) {
+    const PreparedPluck pluck = PreparePluck({45, 20.0}, 2.0, m_waves.GetPath() / "pluck.wav");
+    ASSERT_TRUE(m_sound.PlayIntoMicrophone(pluck.waveFile));
+    ASSERT_TRUE(m_stage.ReadsSoon(DisplayedReading::IsLive, 4s));
+    const DisplayedReading last = m_stage.ReadUntil(DisplayedReading::IsGrey, 6s);
+    EXPECT_TRUE(DisplayedReading::IsGrey(last));
+    EXPECT_EQ(last.strNote, "A");
+    EXPECT_NEAR(last.nCents.value_or(100), pluck.fCents, 3.0);
+}
+
 // The highlight's column follows from the spread of the standard tuning over 444 pixels, the level's height
 // from the peak of the sound: both worked out here, and read from the screen.
 TEST_F(FirstLight, CoarseHighlightAndLevelShowPitchAndLoudness) {
