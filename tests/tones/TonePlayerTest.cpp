@@ -82,7 +82,7 @@ protected:
         return MMSYSERR_NOERROR;
     }
     MMRESULT ShortMsg(DWORD dwMessage) override {
-        m_sent.push_back({m_nTick, dwMessage});
+        m_sent.emplace_back(m_nTick, dwMessage);
         return MMSYSERR_NOERROR;
     }
     MMRESULT GetVolume(DWORD& dwVolume) override {
@@ -149,11 +149,11 @@ TEST_F(TonePlayer, TonesHaveTheirLengthAndTheBendOfTheAFrequency) {
         std::vector<Sent> expected = {{0, 0xFF}, {0, 0x18C0}, {0, bend.dwAll}};
         int nTick = 0;
         for (const DWORD dwNote : {41U, 46U, 51U, 56U, 60U, 65U}) {
-            expected.push_back({nTick, 0x7F0090U | dwNote << 8});
+            expected.emplace_back(nTick, 0x7F0090U | dwNote << 8);
             nTick += 36;
-            expected.push_back({nTick, 0x90U | dwNote << 8});
+            expected.emplace_back(nTick, 0x90U | dwNote << 8);
         }
-        expected.push_back({nTick, 0x00F8B0});
+        expected.emplace_back(nTick, 0x00F8B0);
         EXPECT_EQ(m_sent, expected);
     }
 }

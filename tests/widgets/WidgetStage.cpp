@@ -50,8 +50,8 @@ testing::AssertionResult FramedPixelsAre(const CStageWnd& wnd, const RECT& rc, c
 testing::AssertionResult ShowTheSame(const CStageWnd& wnd, const CStageWnd& wndExpected) {
     const RECT& rc = CStageWnd::s_rcClient;
     const Pixel* const pPixels = wnd.GetPicture().GetSurface().GetRow(0);
-    const bool bSame =
-        std::equal(pPixels, pPixels + rc.right * rc.bottom, wndExpected.GetPicture().GetSurface().GetRow(0));
+    const bool bSame = std::equal(pPixels, pPixels + std::ptrdiff_t{rc.right} * rc.bottom,
+                                  wndExpected.GetPicture().GetSurface().GetRow(0));
     return bSame ? testing::AssertionSuccess()
                  : PixelsAre(wnd, rc, [&](int x, int y) { return wndExpected.GetPixel(x, y); });
 }
