@@ -62,7 +62,7 @@ void BlockAgainstTwoTransforms(benchmark::State& state, Sound sound) {
     for (auto _ : state) {
         auto start = std::chrono::steady_clock::now();
         for (int i = 0; i < nBlocks; ++i) {
-            std::copy_n(samples.begin() + i * HOP, nBlock, analyzer.GetInputBuffer());
+            std::copy_n(samples.begin() + std::ptrdiff_t{HOP} * i, nBlock, analyzer.GetInputBuffer());
             analyzer.Analyze(false, HOP);
         }
         const double dSeconds = SecondsSince(start);
@@ -72,7 +72,7 @@ void BlockAgainstTwoTransforms(benchmark::State& state, Sound sound) {
         for (int i = 0; i < nBlocks; ++i) {
             // The block is put in place here too, and the second transform works on zeros: in place, a result
             // transformed again and again would overflow. The work is the same.
-            std::copy_n(samples.begin() + i * HOP, nBlock, first.Data());
+            std::copy_n(samples.begin() + std::ptrdiff_t{HOP} * i, nBlock, first.Data());
             nspsRealFft(first.Data(), nOrder, NSP_FORWARD);
             nspsRealFft(second.Data(), nOrder, NSP_FORWARD);
         }

@@ -9,9 +9,9 @@
 #include "window/WorkingDirectory.h"
 
 #include <benchmark/benchmark.h>
-#include <stdlib.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <ctime>
 #include <functional>
 #include <memory>

@@ -26,20 +26,22 @@ private:
 
 }  // namespace
 
+// NOLINTNEXTLINE(cert-dcl50-cpp): so that the compiler holds the values of a call against its pattern
 CString FormatText(const char* szPattern, ...) {
     const CPlainLocale plain;
     va_list args;
     va_start(args, szPattern);
-    va_list again;
-    va_copy(again, args);
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): it is, one line above
     const int nLength = std::vsnprintf(nullptr, 0, szPattern, args);
     va_end(args);
     CString strResult;
     if (nLength > 0) {
         std::vector<char> buffer(static_cast<std::size_t>(nLength) + 1);
-        std::vsnprintf(buffer.data(), buffer.size(), szPattern, again);
-        strResult.assign(buffer.data(), static_cast<std::size_t>(nLength));
+        va_start(args, szPattern);
+        if (std::vsnprintf(buffer.data(), buffer.size(), szPattern, args) == nLength) {
+            strResult.assign(buffer.data(), static_cast<std::size_t>(nLength));
+        }
+        va_end(args);
     }
-    va_end(again);
     return strResult;
 }

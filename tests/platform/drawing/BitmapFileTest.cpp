@@ -63,7 +63,7 @@ TEST_F(BitmapFile, ReadsSixteenBits) {
            {0x080408U, 0x848284U, 0xFF0000U, 0x00FF00U, 0x0000FFU}}}) {
         const Picture picture{
             .nWidth = 5, .nHeight = 1, .nBits = 16, .compression = masks.empty() ? 0U : 3U, .masks = masks};
-        const auto value = [&stored](int x, int) { return stored[static_cast<std::size_t>(x)]; };
+        const auto value = [&values = stored](int x, int) { return values[static_cast<std::size_t>(x)]; };
         ASSERT_TRUE(Load(Encode(picture, Pack(picture, value))));
         for (int x = 0; x < 5; ++x) {
             EXPECT_EQ(At(x, 0), colors[static_cast<std::size_t>(x)]) << masks.size() << " masks, " << x;

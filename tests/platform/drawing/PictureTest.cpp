@@ -8,6 +8,7 @@
 #include <array>
 #include <functional>
 #include <iterator>
+#include <span>
 
 namespace {
 
@@ -15,14 +16,17 @@ constexpr int g_cx = 60;
 constexpr int g_cy = 40;
 
 bool IsCovered(const CPicture::Dirty& dirty, int x, int y) {
-    const auto* const pEnd = &dirty.rects[0] + dirty.nCount;
-    return std::any_of(&dirty.rects[0], pEnd, [&](const RECT& rc) { return PtInRect(rc, {x, y}); });
+    const auto rects = std::span(dirty.rects).first(dirty.nCount);
+    return std::any_of(rects.begin(), rects.end(), [&](const RECT& rc) { return PtInRect(rc, {x, y}); });
 }
 
 void DrawSomething(CDC& dc, const CDC& dcOther, std::mt19937& random) {
-    const auto [x, y] = std::array{RandomInt(random, -10, g_cx + 5), RandomInt(random, -10, g_cy + 5)};
-    const auto [cx, cy] = std::array{RandomInt(random, -2, 20), RandomInt(random, -2, 20)};
-    const auto [xSrc, ySrc] = std::array{RandomInt(random, -5, 20), RandomInt(random, -5, 20)};
+    const int x = RandomInt(random, -10, g_cx + 5);
+    const int y = RandomInt(random, -10, g_cy + 5);
+    const int cx = RandomInt(random, -2, 20);
+    const int cy = RandomInt(random, -2, 20);
+    const int xSrc = RandomInt(random, -5, 20);
+    const int ySrc = RandomInt(random, -5, 20);
     const COLORREF clr = 0xAB000000 | RandomColor(random);
     const DWORD dwRop = std::array{SRCCOPY, SRCAND, SRCINVERT, DSNA}[random() % 4];
     CPen pen(PS_SOLID, RandomInt(random, 1, 6), clr);

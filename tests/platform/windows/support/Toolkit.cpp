@@ -285,9 +285,9 @@ void PickRow(const CWnd& combo, int nRow) {
 
 std::vector<CString> ComboRows(const CWnd& combo) {
     const auto& widget = dynamic_cast<const QComboBox&>(WidgetOf(combo));
-    std::vector<CString> rows;
-    for (int i = 0; i < widget.count(); ++i) {
-        rows.push_back(widget.itemText(i).toStdString());
+    std::vector<CString> rows(static_cast<std::size_t>(widget.count()));
+    for (int i = 0; CString & strRow : rows) {
+        strRow = widget.itemText(i++).toStdString();
     }
     return rows;
 }
