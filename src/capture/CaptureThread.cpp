@@ -75,7 +75,7 @@ bool CCaptureThread::Start() {
     if (m_pControl->m_bRunning) {
         Stop();
     }
-    if (m_pThread) {
+    if (m_pThread || m_bClientHeld) {
         return false;
     }
     const std::int64_t nRing =
@@ -133,24 +133,24 @@ bool CCaptureThread::IsClientHeld() const {
 }
 
 // The thread keeps the control that it knows, with its running flag cleared for good; the next capture gets a
-// new one with the same values.
+// new one with the same values. A thread inside the callback may still ask for its hop: then there is no next
+// capture.
 void CCaptureThread::Abandon() {
-    auto pNew = std::make_shared<CaptureControl>();
-    pNew->m_bAdaptHop = m_pControl->m_bAdaptHop.load();
-    pNew->m_bPaused = m_pControl->m_bPaused.load();
-    pNew->m_nDevice = m_pControl->m_nDevice;
-    pNew->m_nSampleRate = m_pControl->m_nSampleRate;
-    pNew->m_nBufferSamples = m_pControl->m_nBufferSamples;
-    pNew->m_nBlockSamples = m_pControl->m_nBlockSamples;
-    pNew->m_nHop = m_pControl->m_nHop.load();
-    pNew->m_pfnBlockReady = m_pControl->m_pfnBlockReady;
-    pNew->m_pBlockReadyArg = m_pControl->m_pBlockReadyArg;
-    pNew->m_pfDest = m_pControl->m_pfDest;
-
     auto expected = CaptureControl::Client::Free;
-    if (!m_pControl->m_client.compare_exchange_strong(expected, CaptureControl::Client::ShutOut)) {
-        m_bClientHeld = true;
+    m_bClientHeld = !m_pControl->m_client.compare_exchange_strong(expected, CaptureControl::Client::ShutOut);
+    if (!m_bClientHeld) {
+        auto pNew = std::make_shared<CaptureControl>();
+        pNew->m_bAdaptHop = m_pControl->m_bAdaptHop.load();
+        pNew->m_bPaused = m_pControl->m_bPaused.load();
+        pNew->m_nDevice = m_pControl->m_nDevice;
+        pNew->m_nSampleRate = m_pControl->m_nSampleRate;
+        pNew->m_nBufferSamples = m_pControl->m_nBufferSamples;
+        pNew->m_nBlockSamples = m_pControl->m_nBlockSamples;
+        pNew->m_nHop = m_pControl->m_nHop.load();
+        pNew->m_pfnBlockReady = m_pControl->m_pfnBlockReady;
+        pNew->m_pBlockReadyArg = m_pControl->m_pBlockReadyArg;
+        pNew->m_pfDest = m_pControl->m_pfDest;
+        m_pControl = std::move(pNew);
     }
-    m_pControl = std::move(pNew);
     m_pThread.reset();
 }

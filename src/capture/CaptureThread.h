@@ -46,7 +46,8 @@ struct CaptureControl {
 //
 // Call the setters, then Start; a true result says only that the thread runs. WaitUntilOpen then says what
 // became of the device. After Failed, ClearFailed makes room for the next Start. Everything is called by one
-// thread, the owner's; SetAdaptHop and SetPaused act on a running capture, the other setters on the next one.
+// thread, the owner's, but GetHop, which the block callback may call too. SetAdaptHop and SetPaused act on a
+// running capture, the other setters on the next one.
 class CCaptureThread {
 public:
     CCaptureThread();
@@ -71,8 +72,8 @@ public:
     // The step that led to the present block, in whole samples; the regulator's value while that is on.
     int GetHop() const;
 
-    // Stops a running capture and starts a new one. False when there is no room for a thread, or when a
-    // thread that failed has not been cleared away.
+    // Stops a running capture and starts a new one. False when there is no room for a thread, when a
+    // thread that failed has not been cleared away, and always once IsClientHeld.
     bool Start();
     // Waits, bounded, until the thread has settled whether the device is open. Pending when the time runs
     // out.

@@ -83,7 +83,7 @@ TEST_F(CaptureFault, ADeviceThatVanishesAndReturnsGoesOnAndStopsAtOnceWhileItIsG
     EXPECT_TRUE(WaitForCount(16));
     m_fake->SetPresent(0, false);
     Sleep(100);
-    EXPECT_LT(MeasureStop(), 700ms);
+    EXPECT_LT(MeasureStop(), 900ms) << "as long as one wait of the thread";
     EXPECT_EQ(m_fake->GetOpenCount(), 0);
 }
 
@@ -96,7 +96,7 @@ TEST_F(CaptureFault, StopWhileTheDeviceIsStillOpening) {
         Sleep(150);
         m_fake->HangOpen(false);
     });
-    EXPECT_LT(MeasureStop(), 1500ms);
+    EXPECT_LT(MeasureStop(), 5000ms) << "not the bound of 12.5 s";
     EXPECT_EQ(m_fake->GetOpenCount(), 0) << "what was opened late is closed again";
     EXPECT_TRUE(GetBlocks().empty());
 }
@@ -135,6 +135,7 @@ TEST_F(CaptureFault, AThreadThatHangsInTheCallbackIsToldApart) {
     ASSERT_TRUE(WaitForCount(1));
     EXPECT_LT(MeasureStop(), 13000ms);
     EXPECT_TRUE(m_pCapture->IsClientHeld());
+    EXPECT_FALSE(m_pCapture->Start()) << "two threads at one destination";
     m_pCapture.reset();
     go.SetEvent();
     EXPECT_TRUE(left.Wait(10000));
