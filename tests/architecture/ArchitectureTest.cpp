@@ -110,7 +110,7 @@ std::optional<std::string> Objection(const std::string& file, const Include& inc
     if (IsSystemHeader(include.target)) {
         return std::nullopt;
     }
-    return bPlatformSource
+    return bPlatformSource && include.bAngled
                ? std::nullopt
                : std::optional<std::string>("a third-party or unrooted header outside platform/*.cpp");
 }
@@ -163,6 +163,7 @@ TEST(Architecture, TheGuardSeesWhatIsForbidden) {
     EXPECT_TRUE(objects("widgets/FineDial.cpp", "  #  include <QtGui/QPainter>"));
     EXPECT_TRUE(objects("platform/windows/Wnd.h", "#include <QtWidgets/QWidget>"));
     EXPECT_TRUE(objects("platform/signal/Signal.h", "#include <fftw3.h>"));
+    EXPECT_TRUE(objects("platform/windows/Wnd.cpp", "#include \"../../window/TunerWnd.h\""));
     EXPECT_TRUE(objects("capture/Recorder.cpp", "#include \"pulse/pulseaudio.h\""));
     EXPECT_FALSE(objects("platform/signal/Signal.cpp", "#include <fftw3.h>"));
     EXPECT_FALSE(objects("window/TunerWnd.cpp", "#include \"analysis/NoteTracker.h\""));
