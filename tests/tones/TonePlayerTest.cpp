@@ -1,7 +1,7 @@
 #include "platform/base/Archive.h"
 #include "platform/base/Exceptions.h"
 #include "platform/multimedia/MidiOutBackend.h"
-#include "platform/multimedia/MultimediaTimer.h"
+#include "platform/multimedia/TimerBackend.h"
 #include "tones/TonePlayer.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,6 @@
 #include "platform/multimedia/MidiOut.h"
 
+#include "platform/multimedia/BackendSlot.h"
 #include "platform/multimedia/MidiOutBackend.h"
 #include "platform/multimedia/SystemMidiOut.h"
 
@@ -11,8 +12,8 @@ namespace {
 
 // What is held once for the program. With its end the synthesizer ends too.
 struct Registry {
-    std::mutex m_mutex;  // never held while a backend is called
-    std::shared_ptr<IMidiOutBackend> m_pBackend = MakeSystemMidiOutBackend();
+    CBackendSlot<IMidiOutBackend> m_backend{&MakeSystemMidiOutBackend};
+    std::mutex m_mutex;  // of the handles; never held while a backend is called
     std::map<HMIDIOUT, std::shared_ptr<IMidiOutPort>> m_ports;
     HMIDIOUT m_hLast = 0;
 };
@@ -23,9 +24,7 @@ Registry& GetRegistry() {
 }
 
 std::shared_ptr<IMidiOutBackend> CurrentBackend() {
-    Registry& registry = GetRegistry();
-    const std::lock_guard lock(registry.m_mutex);
-    return registry.m_pBackend;
+    return GetRegistry().m_backend.Get();
 }
 
 // Null for a handle that is not open.
@@ -39,12 +38,7 @@ std::shared_ptr<IMidiOutPort> FindPort(HMIDIOUT hMidiOut) {
 }  // namespace
 
 std::shared_ptr<IMidiOutBackend> SetMidiOutBackend(std::shared_ptr<IMidiOutBackend> pBackend) {
-    if (!pBackend) {
-        pBackend = MakeSystemMidiOutBackend();
-    }
-    Registry& registry = GetRegistry();
-    const std::lock_guard lock(registry.m_mutex);
-    return std::exchange(registry.m_pBackend, std::move(pBackend));
+    return GetRegistry().m_backend.Exchange(std::move(pBackend));
 }
 
 void midiOutPrepare() {

@@ -1,5 +1,8 @@
 #include "platform/multimedia/MultimediaTimer.h"
 
+#include "platform/multimedia/BackendSlot.h"
+#include "platform/multimedia/TimerBackend.h"
+
 #include <chrono>
 #include <condition_variable>
 #include <exception>
@@ -110,54 +113,42 @@ private:
     UINT m_uLast = 0;
 };
 
-// At the end of the process it goes before the MIDI outputs that its ticks play on: whoever uses both asks
-// for the outputs first.
-struct Registry {
-    std::mutex m_mutex;
-    std::shared_ptr<ITimerBackend> m_pBackend = std::make_shared<CSystemTimerBackend>();
-};
-
-Registry& GetRegistry() {
-    static Registry registry;
-    return registry;
+std::shared_ptr<ITimerBackend> MakeSystemTimerBackend() {
+    return std::make_shared<CSystemTimerBackend>();
 }
 
-std::shared_ptr<ITimerBackend> CurrentBackend() {
-    Registry& registry = GetRegistry();
-    const std::lock_guard lock(registry.m_mutex);
-    return registry.m_pBackend;
+// At the end of the process it goes before the MIDI outputs that its ticks play on: whoever uses both asks
+// for the outputs first.
+CBackendSlot<ITimerBackend>& Backend() {
+    static CBackendSlot<ITimerBackend> backend(&MakeSystemTimerBackend);
+    return backend;
 }
 
 }  // namespace
 
 std::shared_ptr<ITimerBackend> SetTimerBackend(std::shared_ptr<ITimerBackend> pBackend) {
-    if (!pBackend) {
-        pBackend = std::make_shared<CSystemTimerBackend>();
-    }
-    Registry& registry = GetRegistry();
-    const std::lock_guard lock(registry.m_mutex);
-    return std::exchange(registry.m_pBackend, std::move(pBackend));
+    return Backend().Exchange(std::move(pBackend));
 }
 
 MMRESULT timeGetDevCaps(TIMECAPS& caps) {
-    return CurrentBackend()->GetDevCaps(caps);
+    return Backend().Get()->GetDevCaps(caps);
 }
 
 MMRESULT timeBeginPeriod(UINT uPeriod) {
-    return CurrentBackend()->BeginPeriod(uPeriod);
+    return Backend().Get()->BeginPeriod(uPeriod);
 }
 
 MMRESULT timeEndPeriod(UINT uPeriod) {
-    return CurrentBackend()->EndPeriod(uPeriod);
+    return Backend().Get()->EndPeriod(uPeriod);
 }
 
 UINT timeSetEvent(UINT uDelay, UINT /*uResolution*/, TimeProc pfnCallback, std::uintptr_t dwUser,
                   UINT uKind) {
     return pfnCallback != nullptr && uKind == TIME_PERIODIC
-               ? CurrentBackend()->SetEvent(uDelay, pfnCallback, dwUser)
+               ? Backend().Get()->SetEvent(uDelay, pfnCallback, dwUser)
                : 0;
 }
 
 MMRESULT timeKillEvent(UINT uTimerId) {
-    return CurrentBackend()->KillEvent(uTimerId);
+    return Backend().Get()->KillEvent(uTimerId);
 }

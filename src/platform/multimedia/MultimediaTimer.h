@@ -4,9 +4,9 @@
 #include "platform/multimedia/MmResult.h"
 
 #include <cstdint>
-#include <memory>
 
-// Periodic calls on a thread of their own.
+// Periodic calls on a thread of their own. What stands behind them is the current ITimerBackend
+// (TimerBackend.h).
 
 inline constexpr MMRESULT TIMERR_NOERROR = 0;
 inline constexpr MMRESULT TIMERR_NOCANDO = 97;
@@ -32,24 +32,3 @@ UINT timeSetEvent(UINT uDelay, UINT uResolution, TimeProc pfnCallback, std::uint
 // When it returns no tick runs and none will; only from inside a tick, that tick itself goes on. Once for
 // each id: a second call finds nothing, and waits for nothing.
 MMRESULT timeKillEvent(UINT uTimerId);
-
-// What stands behind these functions.
-class ITimerBackend {
-public:
-    virtual ~ITimerBackend() = default;
-    virtual MMRESULT GetDevCaps(TIMECAPS& caps) = 0;
-    virtual MMRESULT BeginPeriod(UINT uPeriod) = 0;
-    virtual MMRESULT EndPeriod(UINT uPeriod) = 0;
-    virtual UINT SetEvent(UINT uDelay, TimeProc pfnCallback, std::uintptr_t dwUser) = 0;
-    virtual MMRESULT KillEvent(UINT uTimerId) = 0;
-
-    ITimerBackend(const ITimerBackend&) = delete;
-    ITimerBackend& operator=(const ITimerBackend&) = delete;
-
-protected:
-    ITimerBackend() = default;
-};
-
-// Puts a backend in place of the present one and gives that back; null stands for the system's clock. Not
-// while a timer runs.
-std::shared_ptr<ITimerBackend> SetTimerBackend(std::shared_ptr<ITimerBackend> pBackend);

@@ -1,5 +1,6 @@
 #include "platform/multimedia/WaveIn.h"
 
+#include "platform/multimedia/BackendSlot.h"
 #include "platform/multimedia/PulseWaveIn.h"
 #include "platform/multimedia/WaveInBackend.h"
 
@@ -17,8 +18,8 @@ struct OpenHandle {
 // What is held once for the program. Never destroyed: an abandoned capture thread may come here while the
 // program ends.
 struct Registry {
-    std::mutex m_mutex;  // never held while a backend is called
-    std::shared_ptr<IWaveInBackend> m_pBackend = MakePulseWaveInBackend();
+    CBackendSlot<IWaveInBackend> m_backend{&MakePulseWaveInBackend};
+    std::mutex m_mutex;  // of the handles; never held while a backend is called
     std::map<HWAVEIN, OpenHandle> m_handles;
     HWAVEIN m_hLast = 0;
 };
@@ -29,9 +30,7 @@ Registry& GetRegistry() {
 }
 
 std::shared_ptr<IWaveInBackend> CurrentBackend() {
-    Registry& registry = GetRegistry();
-    const std::lock_guard lock(registry.m_mutex);
-    return registry.m_pBackend;
+    return GetRegistry().m_backend.Get();
 }
 
 HWAVEIN NewHandle() {
@@ -51,12 +50,7 @@ std::shared_ptr<IWaveInStream> FindStream(HWAVEIN hWaveIn) {
 }  // namespace
 
 std::shared_ptr<IWaveInBackend> SetWaveInBackend(std::shared_ptr<IWaveInBackend> pBackend) {
-    if (!pBackend) {
-        pBackend = MakePulseWaveInBackend();
-    }
-    Registry& registry = GetRegistry();
-    const std::lock_guard lock(registry.m_mutex);
-    return std::exchange(registry.m_pBackend, std::move(pBackend));
+    return GetRegistry().m_backend.Exchange(std::move(pBackend));
 }
 
 UINT waveInGetNumDevs() {
