@@ -12,11 +12,6 @@ inline constexpr int CHUNK_TRACK = 2;
 
 // A part of the file: four characters, a length, a body.
 class CMidiChunk : public CMidiObject {
-public:
-    // Length of the body when it is written back: the bytes read, less each status that running status makes
-    // superfluous.
-    DWORD GetOutputSize() const { return m_nOutputSize; }
-
 protected:
     // Reads id and length. False when they ran out, the file failed, or the id is none that we know.
     bool ReadChunkHeader(CArchive& archive);
@@ -25,6 +20,8 @@ protected:
     std::array<char, 4> m_chunkId{};
     DWORD m_nLength = 0;
     DWORD m_nConsumed = 0;  // bytes of the body taken so far; kept for the header chunk
+    // Length of the body when it is written back: the bytes read, less each status that running status makes
+    // superfluous.
     DWORD m_nOutputSize = 0;
 };
 
@@ -32,8 +29,6 @@ class CMidiHeaderChunk final : public CMidiChunk {
 public:
     // In the archive's direction. False when the header can't be read or written.
     bool Serialize(CArchive& archive);
-    WORD GetFormat() const { return m_nFormat; }
-    WORD GetTrackCount() const { return m_nTrackCount; }
     // Ticks per quarter note.
     WORD GetDivision() const { return m_nDivision; }
 

@@ -1,27 +1,11 @@
 #pragma once
 
+#include "platform/base/File.h"
 #include "platform/base/Types.h"
 
 #include <cstddef>
 #include <span>
-#include <string_view>
 #include <vector>
-
-// A run of bytes with one position, from which reading and writing go on. Failures arrive as CFileException.
-class CFile {
-public:
-    virtual ~CFile() = default;
-    // Reads up to nCount bytes; gives how many there were.
-    virtual std::size_t Read(void* pBuffer, std::size_t nCount) = 0;
-    virtual void Write(const void* pBuffer, std::size_t nCount) = 0;
-    void WriteString(std::string_view text) { Write(text.data(), text.size()); }
-
-    CFile(const CFile&) = delete;
-    CFile& operator=(const CFile&) = delete;
-
-protected:
-    CFile() = default;
-};
 
 // A file in memory: over bytes of the caller's, which then outlive it and bound it, or over bytes of its own,
 // which grow as they are written, up to MAX_BYTES.
