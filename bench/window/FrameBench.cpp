@@ -11,6 +11,7 @@
 #include <benchmark/benchmark.h>
 
 #include <chrono>
+#include <cstdint>
 #include <cstdlib>
 #include <ctime>
 #include <functional>
@@ -83,20 +84,20 @@ private:
 void WholeFrame(benchmark::State& state) {
     CSteadyTuner tuner;
     int nFrames = 0;
-    double fSeconds = 0.0;
+    double dSeconds = 0.0;
     for (auto _ : state) {
-        const int nFramesBefore = tuner.Access().FrameCount();
-        const double fBefore = ProcessorSeconds();
+        const std::int64_t nFramesBefore = tuner.Access().FrameCount();
+        const double dBefore = ProcessorSeconds();
         tuner.RecordBuffer();
-        const double fSpent = ProcessorSeconds() - fBefore;
-        const int nMade = tuner.Access().FrameCount() - nFramesBefore;
+        const double dSpent = ProcessorSeconds() - dBefore;
+        const auto nMade = static_cast<int>(tuner.Access().FrameCount() - nFramesBefore);
         nFrames += nMade;
-        fSeconds += fSpent;
-        state.SetIterationTime(fSpent);
+        dSeconds += dSpent;
+        state.SetIterationTime(dSpent);
     }
     state.counters["frames"] = nFrames;
-    state.counters["us_per_frame"] = 1e6 * fSeconds / nFrames;
-    state.counters["load_at_hop_1"] = fSeconds / nFrames * SAMPLE_RATE;
+    state.counters["us_per_frame"] = 1e6 * dSeconds / nFrames;
+    state.counters["load_at_hop_1"] = dSeconds / nFrames * SAMPLE_RATE;
 }
 BENCHMARK(WholeFrame)->UseManualTime()->Unit(benchmark::kMillisecond)->MinTime(2.0);
 

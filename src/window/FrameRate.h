@@ -2,6 +2,8 @@
 
 #include "platform/base/Types.h"
 
+#include <cstdint>
+
 // The frames-per-second text is made anew when more than this many milliseconds have gone by.
 inline constexpr DWORD FRAME_RATE_PERIOD = 1000;
 
@@ -11,4 +13,4 @@ constexpr bool IsFrameRateDue(DWORD dwStart, DWORD dwNow) {
 }
 
 // The text for nFrames frames in dwElapsed milliseconds (not 0).
-CString FormatFrameRate(int nFrames, DWORD dwElapsed);
+CString FormatFrameRate(std::int64_t nFrames, DWORD dwElapsed);

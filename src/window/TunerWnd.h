@@ -22,6 +22,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 
 struct CaptureAttempt;
 struct ControlPlace;
@@ -182,8 +183,8 @@ private:
 
     // The capture thread's own, but for the switch. They hold before the capture starts.
     std::atomic<bool> m_bShowFps = false;
-    DWORD m_dwFpsStart = 0;  // of timeGetTime
-    int m_nFrames = 0;       // since then
+    DWORD m_dwFpsStart = 0;      // of timeGetTime
+    std::int64_t m_nFrames = 0;  // since then
     // Milliseconds of timeGetTime; the start is a time long past, so that the needle stands grey at first.
     float m_fFadeStart = 500.0F;
     float m_fFadeHold = 100.0F;

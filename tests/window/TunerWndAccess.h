@@ -5,6 +5,7 @@
 #include "window/TunerWnd.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <mutex>
 #include <vector>
 
@@ -22,7 +23,7 @@ public:
     // On the thread that runs frames: the next one shows the text.
     void MakeFrameRateDue() { m_wnd.m_dwFpsStart = timeGetTime() - 2 * FRAME_RATE_PERIOD; }
     // While no frame runs.
-    int FrameCount() { return m_wnd.m_nFrames; }
+    std::int64_t FrameCount() { return m_wnd.m_nFrames; }
 
     std::vector<CString> Rows() {
         std::vector<CString> rows;
