@@ -11,6 +11,7 @@
 #include <cctype>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 
 namespace {
 
@@ -46,12 +47,13 @@ void DropFiles() {
 [[noreturn]] void Become(const char* szProgram, char* const* arguments) {
     ::setsid();
     // The child ends at once, so that the grandchild belongs to nobody who would have to wait for it.
-    if (::fork() == 0) {
+    const pid_t nGrandchild = ::fork();
+    if (nGrandchild == 0) {
         ResetSignals();
         DropFiles();
         ::execv(szProgram, arguments);
     }
-    ::_exit(0);
+    ::_exit(nGrandchild < 0 ? EXIT_FAILURE : EXIT_SUCCESS);
 }
 
 }  // namespace
@@ -77,7 +79,8 @@ bool WinExec(const CString& strCommandLine) {
     if (nChild < 0) {
         return false;
     }
-    while (::waitpid(nChild, nullptr, 0) < 0 && errno == EINTR) {
+    int nStatus = 0;
+    while (::waitpid(nChild, &nStatus, 0) < 0 && errno == EINTR) {
     }
-    return true;
+    return nStatus == 0;
 }
