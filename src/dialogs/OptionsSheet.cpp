@@ -18,7 +18,7 @@ const CMessageMap& COptionsSheet::GetMessageMap() const {
 }
 
 void COptionsSheet::OnApply() {
-    GetActivePage()->UpdateData(true);
+    GetActivePage()->UpdateData();
     m_pStore->SetNeedleColor(m_colorPage.m_clr[CColorPage::NEEDLE]);
     m_pStore->SetHighColor(m_colorPage.m_clr[CColorPage::HIGH]);
     m_pStore->SetLowColor(m_colorPage.m_clr[CColorPage::LOW]);
@@ -26,6 +26,6 @@ void COptionsSheet::OnApply() {
     if (CWnd* const pParent = GetParent()) {
         pParent->SendMessage(COLORS_CHANGED);
     }
-    UpdateData(true);
+    UpdateData();
     m_colorPage.SetModified(false);
 }

@@ -2,13 +2,12 @@
 
 #include "platform/windows/WndState.h"
 
-#include <QtWidgets/QApplication>
 #include <QtWidgets/QGroupBox>
 #include <QtWidgets/QPushButton>
 
 namespace {
 
-constexpr DWORD g_dwTypeMask = 0x0F;
+constexpr DWORD TYPE_MASK = 0x0F;
 
 std::unique_ptr<QWidget> MakeGroupBox() {
     auto pGroup = std::make_unique<QGroupBox>();
@@ -31,11 +30,11 @@ std::unique_ptr<QWidget> MakePushButton(const std::shared_ptr<CWndLink>& pLink, 
 }  // namespace
 
 bool CButton::Create(const CString& strCaption, DWORD dwStyle, const RECT& rc, CWnd* pParent, int nId) {
-    if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
+    if (!HasToolkit()) {
         return false;
     }
     CWndState& state = CWndState::Of(*this);
-    const DWORD dwType = dwStyle & g_dwTypeMask;
+    const DWORD dwType = dwStyle & TYPE_MASK;
     return state.Attach(
         dwType == BS_GROUPBOX ? MakeGroupBox() : MakePushButton(state.pLink, dwType == BS_DEFPUSHBUTTON),
         {strCaption, dwStyle | WS_CHILD, rc, pParent, nId});

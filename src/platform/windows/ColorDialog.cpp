@@ -1,5 +1,6 @@
 #include "platform/windows/ColorDialog.h"
 
+#include "platform/windows/ModalBox.h"
 #include "platform/windows/ModalLoop.h"
 #include "platform/windows/WndState.h"
 
@@ -23,7 +24,7 @@ void NameButtons(const QColorDialog& dialog) {
 CColorDialog::CColorDialog(COLORREF clrInit, CWnd* pParent) : m_clr(clrInit), m_pOwner(pParent) {}
 
 int CColorDialog::DoModal() {
-    if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
+    if (!HasToolkit()) {
         return IDCANCEL;
     }
     const CWnd* const pOwner =

@@ -7,7 +7,6 @@
 #include <QtGui/QScreen>
 #include <QtGui/QWheelEvent>
 #include <QtWidgets/QAbstractItemView>
-#include <QtWidgets/QApplication>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QStyleOptionComboBox>
@@ -110,7 +109,7 @@ int Select(QComboBox& combo, int nRow) {
 }  // namespace
 
 bool CComboBox::Create(DWORD dwStyle, const RECT& rc, CWnd* pParent, int nId) {
-    if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
+    if (!HasToolkit()) {
         return false;
     }
     CWndState& state = CWndState::Of(*this);

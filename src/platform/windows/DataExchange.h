@@ -2,18 +2,16 @@
 
 class CWnd;
 
-// One run of a dialog's DoDataExchange, from the members to the controls or back.
+// One run of a dialog's DoDataExchange, which binds members to controls.
 class CDataExchange {
 public:
-    CDataExchange(CWnd& dialog, bool bSaveAndValidate)
-        : m_pDlgWnd(&dialog), m_bSaveAndValidate(bSaveAndValidate) {}
+    explicit CDataExchange(CWnd& dialog) : m_pDlgWnd(&dialog) {}
 
     // The exchange can't be done: UpdateData returns false.
     void Fail() { m_bFailed = true; }
     bool HasFailed() const { return m_bFailed; }
 
     CWnd* const m_pDlgWnd;
-    const bool m_bSaveAndValidate;  // from the controls to the members
 
 private:
     bool m_bFailed = false;

@@ -4,7 +4,6 @@
 #include "platform/windows/ModalLoop.h"
 #include "platform/windows/WndState.h"
 
-#include <QtWidgets/QApplication>
 #include <QtWidgets/QWidget>
 #include <array>
 #include <utility>
@@ -45,7 +44,7 @@ LRESULT CDialog::DefWindowProc(UINT nMessage, WPARAM wParam, LPARAM lParam) {
 }
 
 int CDialog::DoModal() {
-    if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr || IsWindow()) {
+    if (!HasToolkit() || IsWindow()) {
         return -1;
     }
     const std::shared_ptr<CWndLink> pOwner = CWndState::LinkOf(m_pOwner);
@@ -125,7 +124,7 @@ CString CDialog::GetDlgItemText(int nId) const {
 }
 
 bool CDialog::OnInitDialog() {
-    if (!UpdateData(false)) {
+    if (!UpdateData()) {
         EndDialog(-1);
         return false;
     }
@@ -133,7 +132,7 @@ bool CDialog::OnInitDialog() {
 }
 
 void CDialog::OnOK() {
-    if (UpdateData(true)) {
+    if (UpdateData()) {
         EndDialog(IDOK);
     }
 }

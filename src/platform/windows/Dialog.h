@@ -36,10 +36,10 @@ protected:
     // yet, with its controls made and OnInitDialog run. It goes with its parent, or by DestroyWindow.
     bool CreatePage(CWnd* pParent);
 
-    // Before the dialog shows, all controls made: UpdateData(false), which binds the members to the controls;
+    // Before the dialog shows, all controls made: UpdateData, which binds the members to the controls;
     // if that fails the dialog ends with -1. True: the first control that takes the keyboard gets it.
     virtual bool OnInitDialog();
-    // IDOK, by button or Enter: UpdateData(true), and if that doesn't fail, ends with IDOK.
+    // IDOK, by button or Enter: UpdateData, and if that doesn't fail, ends with IDOK.
     virtual void OnOK();
     // IDCANCEL, by button, Escape or close box: ends with IDCANCEL.
     virtual void OnCancel();

@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr int g_nTenths = 10;
+constexpr int TENTHS = 10;
 
 // Controls without a text of their own.
 template <class Control>
@@ -60,7 +60,7 @@ std::unique_ptr<CWnd> MakeControl(const DialogControl& control, const RECT& rc, 
 
 bool MakeDialogFont(const DialogTemplate& dialogTemplate, QFont& font) {
     CFont named;
-    if (!named.CreatePointFont(dialogTemplate.nPointSize * g_nTenths, dialogTemplate.szFace)) {
+    if (!named.CreatePointFont(dialogTemplate.nPointSize * TENTHS, dialogTemplate.szFace)) {
         return false;
     }
     font = ToToolkitFont(named);

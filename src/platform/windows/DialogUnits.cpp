@@ -5,8 +5,8 @@
 
 namespace {
 
-constexpr int g_nHorizontalUnits = 4;
-constexpr int g_nVerticalUnits = 8;
+constexpr int HORIZONTAL_UNITS = 4;
+constexpr int VERTICAL_UNITS = 8;
 
 int Scale(int nUnits, int nBase, int nDivisor) {
     return (nUnits * nBase + nDivisor / 2) / nDivisor;
@@ -21,19 +21,19 @@ double AverageWidth(const QFontMetrics& metrics) {
 
 CDialogUnits::CDialogUnits(const QFont& font) {
     const QFontMetrics metrics(font);
-    m_fWidth = AverageWidth(metrics);
-    m_nWidth = static_cast<int>(std::lround(m_fWidth));
+    m_dWidth = AverageWidth(metrics);
+    m_nWidth = static_cast<int>(std::lround(m_dWidth));
     m_nHeight = metrics.ascent() + metrics.descent();
 }
 
 double CDialogUnits::ExactX(int nUnits) const {
-    return nUnits * m_fWidth / g_nHorizontalUnits;
+    return nUnits * m_dWidth / HORIZONTAL_UNITS;
 }
 
 int CDialogUnits::X(int nUnits) const {
-    return Scale(nUnits, m_nWidth, g_nHorizontalUnits);
+    return Scale(nUnits, m_nWidth, HORIZONTAL_UNITS);
 }
 
 int CDialogUnits::Y(int nUnits) const {
-    return Scale(nUnits, m_nHeight, g_nVerticalUnits);
+    return Scale(nUnits, m_nHeight, VERTICAL_UNITS);
 }

@@ -17,7 +17,7 @@ public:
     RECT Rect(int x, int y, int cx, int cy) const { return {X(x), Y(y), X(x + cx), Y(y + cy)}; }
 
 private:
-    double m_fWidth;
+    double m_dWidth;
     int m_nWidth;
     int m_nHeight;
 };

@@ -2,12 +2,11 @@
 
 #include "platform/windows/WndState.h"
 
-#include <QtWidgets/QApplication>
 #include <QtWidgets/QLineEdit>
 #include <limits>
 
 bool CEdit::Create(DWORD dwStyle, const RECT& rc, CWnd* pParent, int nId) {
-    if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
+    if (!HasToolkit()) {
         return false;
     }
     CWndState& state = CWndState::Of(*this);

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr std::array g_signals{SIGTERM, SIGINT, SIGHUP};
+constexpr std::array SIGNALS{SIGTERM, SIGINT, SIGHUP};
 
 // Where the handler writes to: a pipe, for it is all that a handler may use.
 volatile std::sig_atomic_t g_nPipe = -1;
@@ -42,7 +42,7 @@ struct CEndSignals::CWatch {
     int read;
     int write;
     QSocketNotifier notifier;
-    std::array<struct sigaction, g_signals.size()> previous{};
+    std::array<struct sigaction, SIGNALS.size()> previous{};
 };
 
 CEndSignals::CEndSignals(std::function<void()> fnOnSignal) {
@@ -63,8 +63,8 @@ CEndSignals::CEndSignals(std::function<void()> fnOnSignal) {
     action.sa_handler = &OnSignal;
     action.sa_flags = SA_RESTART;
     sigemptyset(&action.sa_mask);
-    for (std::size_t i = 0; i < g_signals.size(); ++i) {
-        sigaction(g_signals[i], &action, &m_pWatch->previous[i]);
+    for (std::size_t i = 0; i < SIGNALS.size(); ++i) {
+        sigaction(SIGNALS[i], &action, &m_pWatch->previous[i]);
     }
 }
 
@@ -72,8 +72,8 @@ CEndSignals::~CEndSignals() {
     if (!m_pWatch) {
         return;
     }
-    for (std::size_t i = 0; i < g_signals.size(); ++i) {
-        sigaction(g_signals[i], &m_pWatch->previous[i], nullptr);
+    for (std::size_t i = 0; i < SIGNALS.size(); ++i) {
+        sigaction(SIGNALS[i], &m_pWatch->previous[i], nullptr);
     }
     g_nPipe = -1;
 }

@@ -13,7 +13,7 @@ struct KeyPair {
     UINT nVirtualKey;
 };
 
-constexpr std::array g_keys{
+constexpr std::array KEYS{
     KeyPair{Qt::Key_Backspace, VK_BACK},  KeyPair{Qt::Key_Tab, VK_TAB},
     KeyPair{Qt::Key_Backtab, VK_TAB},     KeyPair{Qt::Key_Return, VK_RETURN},
     KeyPair{Qt::Key_Enter, VK_RETURN},    KeyPair{Qt::Key_Shift, VK_SHIFT},
@@ -26,7 +26,7 @@ constexpr std::array g_keys{
     KeyPair{Qt::Key_Insert, VK_INSERT},   KeyPair{Qt::Key_Delete, VK_DELETE},
 };
 
-constexpr std::array g_keypad{
+constexpr std::array KEYPAD{
     KeyPair{Qt::Key_Asterisk, VK_MULTIPLY}, KeyPair{Qt::Key_Plus, VK_ADD},
     KeyPair{Qt::Key_Minus, VK_SUBTRACT},    KeyPair{Qt::Key_Period, VK_DECIMAL},
     KeyPair{Qt::Key_Comma, VK_DECIMAL},     KeyPair{Qt::Key_Slash, VK_DIVIDE},
@@ -54,11 +54,11 @@ UINT VirtualKeyOf(const QKeyEvent& event) {
         return static_cast<UINT>(nKey - Qt::Key_F1) + VK_F1;
     }
     if (bKeypad) {
-        if (const UINT nVirtualKey = LookUp(g_keypad, nKey); nVirtualKey != 0) {
+        if (const UINT nVirtualKey = LookUp(KEYPAD, nKey); nVirtualKey != 0) {
             return nVirtualKey;
         }
     }
-    return LookUp(g_keys, nKey);
+    return LookUp(KEYS, nKey);
 }
 
 std::u32string CharactersOf(const QKeyEvent& event) {
@@ -71,7 +71,7 @@ std::u32string CharactersOf(const QKeyEvent& event) {
     return event.text().toStdU32String();
 }
 
-bool BelongsToAlt(const QKeyEvent& event) {
+bool FollowAltKey(const QKeyEvent& event) {
     static int nHeldKey = 0;
     const bool bAlt = event.modifiers().testFlag(Qt::AltModifier);
     if (event.type() == QEvent::KeyRelease) {

@@ -11,7 +11,7 @@ UINT VirtualKeyOf(const QKeyEvent& event);
 // that is held with Alt.
 std::u32string CharactersOf(const QKeyEvent& event);
 
-// Whether a key that goes down or comes up is one for mnemonics and menus, as are those that go down while
-// Alt is held. Such a key stays one until it comes up, even if Alt is let go of first: its WM_KEYUP is
-// nobody's.
-bool BelongsToAlt(const QKeyEvent& event);
+// To be told of every key that goes down or comes up, in order; more than once of one that goes down does no
+// harm. True for a key for mnemonics and menus, as are those that go down while Alt is held. Such a key stays
+// one until it comes up, even if Alt is let go of first: its WM_KEYUP is nobody's.
+bool FollowAltKey(const QKeyEvent& event);

@@ -3,9 +3,9 @@
 #include "platform/windows/DialogUnits.h"
 #include "platform/windows/WndState.h"
 
+#include <QtCore/QEvent>
 #include <QtGui/QPainter>
 #include <QtGui/QTextOption>
-#include <QtWidgets/QApplication>
 #include <QtWidgets/QListWidget>
 #include <QtWidgets/QStyledItemDelegate>
 #include <bit>
@@ -13,8 +13,8 @@
 
 namespace {
 
-constexpr int g_nFirstTabStops = 32;
-constexpr int g_nReadable = 0x40;
+constexpr int FIRST_TAB_STOPS = 32;
+constexpr int READABLE = 0x40;
 
 // Draws a row whose text has columns.
 class CTabbedRows final : public QStyledItemDelegate {
@@ -42,7 +42,7 @@ public:
     }
 
 private:
-    int m_nUnits = g_nFirstTabStops;
+    int m_nUnits = FIRST_TAB_STOPS;
 };
 
 class CListWidget final : public QListWidget {
@@ -55,7 +55,7 @@ public:
         }
         // What can't be picked from is still there to be read.
         QPalette readable(palette());
-        readable.setColor(QPalette::Disabled, QPalette::Text, QColor(g_nReadable, g_nReadable, g_nReadable));
+        readable.setColor(QPalette::Disabled, QPalette::Text, QColor(READABLE, READABLE, READABLE));
         setPalette(readable);
         setSelectionMode(QAbstractItemView::SingleSelection);
         setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -207,7 +207,7 @@ int Find(const QListWidget& list, int nStartAfter, const QString& prefix) {
 }  // namespace
 
 bool CListBox::Create(DWORD dwStyle, const RECT& rc, CWnd* pParent, int nId) {
-    if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
+    if (!HasToolkit()) {
         return false;
     }
     CWndState& state = CWndState::Of(*this);

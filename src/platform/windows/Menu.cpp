@@ -1,17 +1,17 @@
 #include "platform/windows/Menu.h"
 
+#include "platform/windows/ModalBox.h"
 #include "platform/windows/WndState.h"
 
 #include <QtGui/QAction>
 #include <QtGui/QWindow>
-#include <QtWidgets/QApplication>
 #include <QtWidgets/QMenu>
 
 CMenu::CMenu() = default;
 CMenu::~CMenu() = default;
 
 bool CMenu::CreatePopupMenu() {
-    if (m_pMenu || qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
+    if (m_pMenu || !HasToolkit()) {
         return false;
     }
     m_pMenu = std::make_unique<QMenu>();

@@ -1,13 +1,13 @@
 #include "platform/windows/MessageBox.h"
 
+#include "platform/windows/ModalBox.h"
 #include "platform/windows/WndState.h"
 
-#include <QtWidgets/QApplication>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
 
 int MessageBox(CWnd* pOwner, const CString& strText, const CString& strCaption, UINT nType) {
-    if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
+    if (!HasToolkit()) {
         return IDOK;
     }
     QMessageBox box;

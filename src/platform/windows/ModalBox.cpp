@@ -1,4 +1,4 @@
-#include "platform/windows/WndState.h"
+#include "platform/windows/ModalBox.h"
 
 #include <utility>
 

@@ -6,7 +6,6 @@
 #include "platform/windows/PropertyPage.h"
 #include "platform/windows/WndState.h"
 
-#include <QtWidgets/QApplication>
 #include <QtWidgets/QTabBar>
 #include <QtWidgets/QTabWidget>
 #include <algorithm>
@@ -16,9 +15,9 @@
 namespace {
 
 // Dialog units.
-constexpr int g_nMargin = 4;
-constexpr int g_nButtonWidth = 50;
-constexpr int g_nButtonHeight = 14;
+constexpr int MARGIN = 4;
+constexpr int BUTTON_WIDTH = 50;
+constexpr int BUTTON_HEIGHT = 14;
 
 QTabWidget* TabsOf(const CWnd& sheet) {
     const auto& pWidget = CWndState::Of(sheet).pWidget;
@@ -52,8 +51,7 @@ void CPropertySheet::AddPage(CPropertyPage* pPage) {
 }
 
 int CPropertySheet::DoModal() {
-    if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr || IsWindow() ||
-        m_nFirstPage >= m_pages.size()) {
+    if (!HasToolkit() || IsWindow() || m_nFirstPage >= m_pages.size()) {
         return -1;
     }
     const std::shared_ptr<CWndLink> pOwner = CWndState::LinkOf(m_pOwner);
@@ -90,7 +88,7 @@ bool CPropertySheet::CreateControls() {
     }
     const CDialogUnits units(state.pWidget->font());
     const QSize size = pTabs->minimumSizeHint();
-    pTabs->setGeometry(units.X(g_nMargin), units.Y(g_nMargin), size.width(), size.height());
+    pTabs->setGeometry(units.X(MARGIN), units.Y(MARGIN), size.width(), size.height());
     const QRect place = pTabs->geometry();
     pTabs->setCurrentIndex(static_cast<int>(m_nFirstPage));
     QObject::connect(pTabs.get(), &QTabWidget::currentChanged, pTabs.get(),
@@ -122,10 +120,10 @@ bool CPropertySheet::CreateButtons(const RECT& rcTabs) {
                              Place{m_btnApply, "应用(&A)", ID_APPLY_NOW, 0}};
     CWndState& state = CWndState::Of(*this);
     const CDialogUnits units(state.pWidget->font());
-    const int nWidth = units.X(g_nButtonWidth);
-    const int nHeight = units.Y(g_nButtonHeight);
-    const int nGap = units.X(g_nMargin);
-    const int nTop = rcTabs.bottom + units.Y(g_nMargin);
+    const int nWidth = units.X(BUTTON_WIDTH);
+    const int nHeight = units.Y(BUTTON_HEIGHT);
+    const int nGap = units.X(MARGIN);
+    const int nTop = rcTabs.bottom + units.Y(MARGIN);
     int x = rcTabs.right + nGap - static_cast<int>(buttons.size()) * (nWidth + nGap);
     for (const Place& place : buttons) {
         const RECT rc{x, nTop, x + nWidth, nTop + nHeight};
@@ -136,7 +134,7 @@ bool CPropertySheet::CreateButtons(const RECT& rcTabs) {
         x += nWidth + nGap;
     }
     const int nSheetWidth = rcTabs.right + nGap;
-    const int nSheetHeight = nTop + nHeight + units.Y(g_nMargin);
+    const int nSheetHeight = nTop + nHeight + units.Y(MARGIN);
     state.SetClientSize(nSheetWidth, nSheetHeight);
     state.pWidget->setFixedSize(nSheetWidth, nSheetHeight);
     return true;
@@ -180,7 +178,7 @@ void CPropertySheet::PostNcDestroy() {
 }
 
 void CPropertySheet::OnOK() {
-    if (m_pLoop && GetActivePage()->UpdateData(true)) {
+    if (m_pLoop && GetActivePage()->UpdateData()) {
         m_pLoop->End(IDOK);
     }
 }

@@ -3,14 +3,13 @@
 #include "platform/windows/WndState.h"
 
 #include <QtGui/QMouseEvent>
-#include <QtWidgets/QApplication>
 #include <QtWidgets/QSlider>
 #include <QtWidgets/QStyleOptionSlider>
 #include <algorithm>
 
 namespace {
 
-constexpr int g_nPages = 5;
+constexpr int PAGES = 5;
 
 class CSliderWidget final : public QSlider {
 public:
@@ -22,7 +21,7 @@ public:
 
     void SetRange(int nMin, int nMax) {
         setRange(nMin, nMax);
-        setPageStep(std::max((nMax - nMin) / g_nPages, 1));
+        setPageStep(std::max((nMax - nMin) / PAGES, 1));
     }
 
 protected:
@@ -52,7 +51,7 @@ CSliderWidget* SliderOf(const CWnd& wnd) {
 }  // namespace
 
 bool CSliderCtrl::Create(DWORD dwStyle, const RECT& rc, CWnd* pParent, int nId) {
-    if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
+    if (!HasToolkit()) {
         return false;
     }
     CWndState& state = CWndState::Of(*this);

@@ -4,7 +4,6 @@
 
 #include <QtGui/QImage>
 #include <QtGui/QPainter>
-#include <QtWidgets/QApplication>
 #include <QtWidgets/QLabel>
 #include <bit>
 
@@ -53,7 +52,7 @@ private:
 }  // namespace
 
 bool CStatic::Create(const CString& strText, DWORD dwStyle, const RECT& rc, CWnd* pParent, int nId) {
-    if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
+    if (!HasToolkit()) {
         return false;
     }
     CWndState& state = CWndState::Of(*this);

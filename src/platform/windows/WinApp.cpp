@@ -1,6 +1,7 @@
 #include "platform/windows/WinApp.h"
 
 #include "platform/windows/EndSignals.h"
+#include "platform/windows/ModalBox.h"
 #include "platform/windows/WindowsSession.h"
 #include "platform/windows/WndState.h"
 

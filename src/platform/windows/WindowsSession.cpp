@@ -14,10 +14,10 @@
 
 namespace {
 
-constexpr int g_nDialogFontTenths = 80;
+constexpr int DIALOG_FONT_TENTHS = 80;
 // The toolkit draws the arrow of a chosen menu item anew each time, under a name of its own, and keeps
 // picture and name for good. It keeps what finds room; nothing else here needs any.
-constexpr int g_nPictureCacheKb = 0;
+constexpr int PICTURE_CACHE_KB = 0;
 
 // What the toolkit says while it can't open the display, so that our own message can give the reason.
 QString& Reason() {
@@ -101,9 +101,9 @@ CWindowsSession::CWindowsSession() {
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setStyle("Windows");
     QApplication::setPalette(ClassicPalette());
-    QPixmapCache::setCacheLimit(g_nPictureCacheKb);
+    QPixmapCache::setCacheLimit(PICTURE_CACHE_KB);
     CFont font;
-    if (font.CreatePointFont(g_nDialogFontTenths, "MS Sans Serif")) {
+    if (font.CreatePointFont(DIALOG_FONT_TENTHS, "MS Sans Serif")) {
         QApplication::setFont(ToToolkitFont(font));
     }
     ReadSystemColors(QApplication::palette());

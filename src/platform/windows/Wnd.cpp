@@ -1,6 +1,7 @@
 #include "platform/windows/Wnd.h"
 
 #include "platform/windows/DataExchange.h"
+#include "platform/windows/ModalBox.h"
 #include "platform/windows/WinApp.h"
 #include "platform/windows/WndState.h"
 
@@ -18,7 +19,7 @@ CWnd::~CWnd() {
 }
 
 bool CWnd::CreateEx(DWORD dwStyle, const CString& strTitle, const RECT& rc, CWnd* pParent, int nId) {
-    if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr || IsWindow()) {
+    if (!HasToolkit() || IsWindow()) {
         return false;
     }
     if (!m_pState->Attach(MakeFrameWidget(*m_pState), {strTitle, dwStyle & ~WS_VISIBLE, rc, pParent, nId})) {
@@ -180,11 +181,11 @@ bool CWnd::SubclassDlgItem(int nId, CWnd* pParent) {
     return true;
 }
 
-bool CWnd::UpdateData(bool bSaveAndValidate) {
+bool CWnd::UpdateData() {
     if (!IsWindow()) {
         return false;
     }
-    CDataExchange exchange(*this, bSaveAndValidate);
+    CDataExchange exchange(*this);
     DoDataExchange(&exchange);
     return !exchange.HasFailed();
 }

@@ -99,8 +99,8 @@ public:
     // the messages from then on, with the class's own default handling of them; WM_CREATE isn't sent again.
     // False if there is no such child or this object has a window already.
     bool SubclassDlgItem(int nId, CWnd* pParent);
-    // Runs DoDataExchange: from the controls to the members, or (false) to the controls. False if it failed.
-    bool UpdateData(bool bSaveAndValidate = true);
+    // Runs DoDataExchange. False if it failed.
+    bool UpdateData();
 
     // The picture of the client area: filled with the face colour at first, of the client area's size, copied
     // to the screen by the message loop where it is marked, at most once per display refresh. Any thread, for

@@ -59,7 +59,7 @@ public:
         }
         if (pEvent->type() == QEvent::ShortcutOverride) {
             // The first to come of a key, also of one that turns out to be a mnemonic.
-            BelongsToAlt(static_cast<const QKeyEvent&>(*pEvent));
+            FollowAltKey(static_cast<const QKeyEvent&>(*pEvent));
             return false;
         }
         if (pWatched != &m_widget || !(pState->IsTopLevel() || pState->bDialog)) {
@@ -165,7 +165,7 @@ private:
         if (event.type() == QEvent::KeyRelease && event.isAutoRepeat()) {
             return false;
         }
-        if (BelongsToAlt(event) && event.type() == QEvent::KeyRelease) {
+        if (FollowAltKey(event) && event.type() == QEvent::KeyRelease) {
             return false;
         }
         // Keys go to one window and not on to its parent, but for a dialog, which looks for Enter and Escape.

@@ -9,8 +9,8 @@
 
 namespace {
 
-constexpr int g_nFrame = 3;
-constexpr int g_nCaption = 19;
+constexpr int FRAME = 3;
+constexpr int CAPTION = 19;
 
 }  // namespace
 
@@ -18,17 +18,17 @@ int GetSystemMetrics(int nIndex) {
     switch (nIndex) {
         case SM_CXFIXEDFRAME:
         case SM_CYFIXEDFRAME:
-            return g_nFrame;
+            return FRAME;
         case SM_CYCAPTION:
         case SM_CYMENU:
-            return g_nCaption;
+            return CAPTION;
         default:
             return 0;
     }
 }
 
 void CWnd::CalcWindowRect(RECT& rc) {
-    rc = {rc.left - g_nFrame, rc.top - g_nCaption - g_nFrame, rc.right + g_nFrame, rc.bottom + g_nFrame};
+    rc = {rc.left - FRAME, rc.top - CAPTION - FRAME, rc.right + FRAME, rc.bottom + FRAME};
 }
 
 void CWnd::SetClientSize(int cx, int cy) {
@@ -121,7 +121,7 @@ void CenterWidget(QWidget& widget, const CWnd* pOwner) {
         const RECT rc = pOwner->GetWindowRect();
         area = QRect(rc.left, rc.top, rc.Width(), rc.Height());
     }
-    QRect frame(0, 0, widget.width() + 2 * g_nFrame, widget.height() + 2 * g_nFrame + g_nCaption);
+    QRect frame(0, 0, widget.width() + 2 * FRAME, widget.height() + 2 * FRAME + CAPTION);
     frame.moveCenter(area.center());
     frame.moveRight(std::min(frame.right(), available.right()));
     frame.moveBottom(std::min(frame.bottom(), available.bottom()));

@@ -9,7 +9,6 @@
 #include <QtGui/QScreen>
 #include <QtWidgets/QWidget>
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 
 namespace {
@@ -18,7 +17,7 @@ namespace {
 // so that it can show any part of it anew at any time.
 class CFrameWidget final : public QWidget {
 public:
-    CFrameWidget(std::shared_ptr<CWndLink> pLink)
+    explicit CFrameWidget(std::shared_ptr<CWndLink> pLink)
         : QWidget(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                                Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
                                Qt::WindowCloseButtonHint),
@@ -92,10 +91,10 @@ private:
             m_refresh.stop();
             return;
         }
-        constexpr double fSlowest = 24.0;
-        constexpr double fFastest = 240.0;
-        const double fRate = screen() != nullptr ? screen()->refreshRate() : 0.0;
-        m_refresh.start(static_cast<int>(1000.0 / std::clamp(fRate, fSlowest, fFastest)));
+        constexpr double dSlowest = 24.0;
+        constexpr double dFastest = 240.0;
+        const double dRate = screen() != nullptr ? screen()->refreshRate() : 0.0;
+        m_refresh.start(static_cast<int>(1000.0 / std::clamp(dRate, dSlowest, dFastest)));
     }
 
     void Refresh() {

@@ -3,7 +3,7 @@
 #include "platform/drawing/SysColors.h"
 #include "platform/windows/Messages.h"
 
-#include <QtCore/QCoreApplication>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QWidget>
 #include <algorithm>
 #include <bit>
@@ -30,6 +30,10 @@ void CWidgetRelease::operator()(QWidget* pWidget) const {
     }
     pWidget->hide();
     pWidget->deleteLater();
+}
+
+bool HasToolkit() {
+    return qobject_cast<QApplication*>(QCoreApplication::instance()) != nullptr;
 }
 
 CWndState::CWndState(CWnd& window) : wnd(window) {

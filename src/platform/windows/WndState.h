@@ -4,7 +4,6 @@
 #include "platform/windows/Wnd.h"
 
 #include <atomic>
-#include <functional>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -21,6 +20,9 @@ class QWidget;
 struct CWidgetRelease {
     void operator()(QWidget* pWidget) const;
 };
+
+// Whether the toolkit runs: without it no window can be made.
+bool HasToolkit();
 
 // What the toolkit's side may hold on to for longer than the object lives. Both are null once they are gone.
 struct CWndLink {
@@ -128,26 +130,6 @@ void SetWidgetText(QWidget& widget, const CString& strText);
 
 // Fills the table behind GetSysColor from a palette.
 void ReadSystemColors(const QPalette& palette);
-
-// The modal boxes that are open and have no CWnd: each goes with its owner, or with the end of the
-// application.
-class CModalBox {
-public:
-    CModalBox(const CWnd* pOwner, std::function<void()> fnEnd);
-    ~CModalBox();
-    CModalBox(const CModalBox&) = delete;
-    CModalBox& operator=(const CModalBox&) = delete;
-    CModalBox(CModalBox&&) = delete;
-    CModalBox& operator=(CModalBox&&) = delete;
-
-    static void EndAllOf(const CWnd& owner);
-    static void EndAll();
-
-private:
-    const CWnd* const m_pOwner;
-    const std::function<void()> m_fnEnd;
-    CModalBox* const m_pOuter;
-};
 
 // Centres a window on its owner, or on the screen if that has none to show; it stays on the screen.
 void CenterWidget(QWidget& widget, const CWnd* pOwner);
