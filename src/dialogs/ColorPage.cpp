@@ -6,38 +6,38 @@
 
 namespace {
 
-constexpr int g_nFirstSwatch = 1006;
-constexpr int g_nDefaults = 1015;
-constexpr DWORD g_dwSwatch = WS_BORDER | SS_SUNKEN;
+constexpr int FIRST_SWATCH = 1006;
+constexpr int DEFAULTS = 1015;
+constexpr DWORD SWATCH_STYLE = WS_BORDER | SS_SUNKEN;
 
-constexpr std::array g_controls{
-    DialogControl{DialogControlKind::Static, g_nFirstSwatch, "1", 17, 17, 15, 15, g_dwSwatch},
-    DialogControl{DialogControlKind::Static, g_nFirstSwatch + 1, "2", 124, 17, 15, 15, g_dwSwatch},
-    DialogControl{DialogControlKind::Static, g_nFirstSwatch + 2, "3", 124, 41, 15, 15, g_dwSwatch},
-    DialogControl{DialogControlKind::Static, g_nFirstSwatch + 3, "4", 17, 41, 15, 15, g_dwSwatch},
+constexpr std::array CONTROLS{
+    DialogControl{DialogControlKind::Static, FIRST_SWATCH, "1", 17, 17, 15, 15, SWATCH_STYLE},
+    DialogControl{DialogControlKind::Static, FIRST_SWATCH + 1, "2", 124, 17, 15, 15, SWATCH_STYLE},
+    DialogControl{DialogControlKind::Static, FIRST_SWATCH + 2, "3", 124, 41, 15, 15, SWATCH_STYLE},
+    DialogControl{DialogControlKind::Static, FIRST_SWATCH + 3, "4", 17, 41, 15, 15, SWATCH_STYLE},
     DialogControl{DialogControlKind::Static, -1, "指针颜色", 39, 20, 42, 8},
     DialogControl{DialogControlKind::Static, -1, "过高时的颜色", 146, 20, 58, 8},
     DialogControl{DialogControlKind::Static, -1, "过低时的颜色", 146, 44, 56, 8},
     DialogControl{DialogControlKind::Static, -1, "文本颜色", 39, 44, 33, 8},
-    DialogControl{DialogControlKind::Button, g_nDefaults, "恢复默认颜色设置", 17, 64, 95, 14, WS_TABSTOP},
+    DialogControl{DialogControlKind::Button, DEFAULTS, "恢复默认颜色设置", 17, 64, 95, 14, WS_TABSTOP},
 };
 
 // By the indices of the colours.
-constexpr std::array<const char*, CColorPage::COLORS> g_names{"指针颜色", "过高时的颜色", "过低时的颜色",
-                                                              "文本颜色"};
+constexpr std::array<const char*, CColorPage::COLORS> NAMES{"指针颜色", "过高时的颜色", "过低时的颜色",
+                                                            "文本颜色"};
 
-constexpr DialogTemplate g_template{112, "颜色设置", 229, 102, g_controls};
+constexpr DialogTemplate TEMPLATE{112, "颜色设置", 229, 102, CONTROLS};
 
 }  // namespace
 
-CColorPage::CColorPage() : CPropertyPage(g_template) {}
+CColorPage::CColorPage() : CPropertyPage(TEMPLATE) {}
 
 CColorPage::~CColorPage() = default;
 
 const CMessageMap& CColorPage::GetMessageMap() const {
     static constexpr std::array entries{
         MapMessage<&CColorPage::OnPaint>(WM_PAINT), MapMessage<&CColorPage::OnLButtonDown>(WM_LBUTTONDOWN),
-        MapMessage<&CColorPage::OnLButtonUp>(WM_LBUTTONUP), MapCommand<&CColorPage::OnDefaults>(g_nDefaults)};
+        MapMessage<&CColorPage::OnLButtonUp>(WM_LBUTTONUP), MapCommand<&CColorPage::OnDefaults>(DEFAULTS)};
     static const CMessageMap map{entries, &CPropertyPage::GetMessageMap()};
     return map;
 }
@@ -45,17 +45,17 @@ const CMessageMap& CColorPage::GetMessageMap() const {
 void CColorPage::DoDataExchange(CDataExchange* pDX) {
     CPropertyPage::DoDataExchange(pDX);
     for (std::size_t i = 0; i < COLORS; ++i) {
-        DDX_Control(pDX, g_nFirstSwatch + static_cast<int>(i), m_swatch[i]);
+        DDX_Control(pDX, FIRST_SWATCH + static_cast<int>(i), m_swatch[i]);
     }
-    DDX_Control(pDX, g_nDefaults, m_btnDefaults);
+    DDX_Control(pDX, DEFAULTS, m_btnDefaults);
 }
 
 bool CColorPage::OnInitDialog() {
     CPropertyPage::OnInitDialog();
     m_nPressed = 0;
     for (std::size_t i = 0; i < COLORS; ++i) {
-        m_swatch[i].Init(this, g_nFirstSwatch + static_cast<int>(i));
-        m_swatch[i].SetAccessibleName(g_names[i]);
+        m_swatch[i].Init(this, FIRST_SWATCH + static_cast<int>(i));
+        m_swatch[i].SetAccessibleName(NAMES[i]);
         FillSwatch(i);
     }
     return true;

@@ -9,34 +9,34 @@
 
 namespace {
 
-constexpr int g_nWaveList = 1011;
-constexpr int g_nMidiList = 1012;
-constexpr int g_nWaveCombo = 1013;
-constexpr int g_nMidiCombo = 1014;
+constexpr int WAVE_LIST = 1011;
+constexpr int MIDI_LIST = 1012;
+constexpr int WAVE_COMBO = 1013;
+constexpr int MIDI_COMBO = 1014;
 
-constexpr DWORD g_dwCombo = CBS_DROPDOWN | WS_VSCROLL | WS_TABSTOP;
-constexpr DWORD g_dwList = LBS_USETABSTOPS | WS_VSCROLL | WS_BORDER;
+constexpr DWORD COMBO_STYLE = CBS_DROPDOWN | WS_VSCROLL | WS_TABSTOP;
+constexpr DWORD LIST_STYLE = LBS_USETABSTOPS | WS_VSCROLL | WS_BORDER;
 
-constexpr std::array g_controls{
+constexpr std::array CONTROLS{
     DialogControl{DialogControlKind::Static, -1, "录音设备:", 7, 7, 58, 8},
     DialogControl{DialogControlKind::Static, -1, "Midi输出设备:", 133, 7, 64, 8},
-    DialogControl{DialogControlKind::ComboBox, g_nWaveCombo, "录音设备", 7, 20, 120, 63, g_dwCombo},
-    DialogControl{DialogControlKind::ComboBox, g_nMidiCombo, "Midi输出设备", 133, 20, 120, 62, g_dwCombo},
-    DialogControl{DialogControlKind::ListBox, g_nWaveList, "录音设备", 7, 38, 120, 96, g_dwList},
-    DialogControl{DialogControlKind::ListBox, g_nMidiList, "Midi输出设备", 133, 38, 120, 96, g_dwList},
+    DialogControl{DialogControlKind::ComboBox, WAVE_COMBO, "录音设备", 7, 20, 120, 63, COMBO_STYLE},
+    DialogControl{DialogControlKind::ComboBox, MIDI_COMBO, "Midi输出设备", 133, 20, 120, 62, COMBO_STYLE},
+    DialogControl{DialogControlKind::ListBox, WAVE_LIST, "录音设备", 7, 38, 120, 96, LIST_STYLE},
+    DialogControl{DialogControlKind::ListBox, MIDI_LIST, "Midi输出设备", 133, 38, 120, 96, LIST_STYLE},
 };
 
-constexpr DialogTemplate g_template{113, "设备选择", 260, 141, g_controls};
+constexpr DialogTemplate TEMPLATE{113, "设备选择", 260, 141, CONTROLS};
 
-constexpr const char* g_szNoProperties = "No properties";
+constexpr const char* NO_PROPERTIES = "No properties";
 // The first two rows of the recording device's list.
-constexpr int g_nHeadings = 2;
+constexpr int HEADINGS = 2;
 
 // The bits of a rate, in the order of the columns.
 using FormatBits = std::array<DWORD, 4>;
-constexpr FormatBits g_bits11 = {WAVE_FORMAT_1M08, WAVE_FORMAT_1S08, WAVE_FORMAT_1M16, WAVE_FORMAT_1S16};
-constexpr FormatBits g_bits22 = {WAVE_FORMAT_2M08, WAVE_FORMAT_2S08, WAVE_FORMAT_2M16, WAVE_FORMAT_2S16};
-constexpr FormatBits g_bits44 = {WAVE_FORMAT_4M08, WAVE_FORMAT_4S08, WAVE_FORMAT_4M16, WAVE_FORMAT_4S16};
+constexpr FormatBits BITS_11 = {WAVE_FORMAT_1M08, WAVE_FORMAT_1S08, WAVE_FORMAT_1M16, WAVE_FORMAT_1S16};
+constexpr FormatBits BITS_22 = {WAVE_FORMAT_2M08, WAVE_FORMAT_2S08, WAVE_FORMAT_2M16, WAVE_FORMAT_2S16};
+constexpr FormatBits BITS_44 = {WAVE_FORMAT_4M08, WAVE_FORMAT_4S08, WAVE_FORMAT_4M16, WAVE_FORMAT_4S16};
 
 // There are bits for three rates only: each rate reads as the next of the three at or above it, and 48 kHz as
 // the highest.
@@ -44,10 +44,10 @@ struct FormatRow {
     const char* szLabel;
     const FormatBits& bits;
 };
-constexpr std::array g_formatRows{FormatRow{"8K", g_bits11},  FormatRow{"11K", g_bits11},
-                                  FormatRow{"16K", g_bits22}, FormatRow{"22K", g_bits22},
-                                  FormatRow{"32K", g_bits44}, FormatRow{"44K", g_bits44},
-                                  FormatRow{"48K", g_bits44}};
+constexpr std::array FORMAT_ROWS{FormatRow{"8K", BITS_11},  FormatRow{"11K", BITS_11},
+                                 FormatRow{"16K", BITS_22}, FormatRow{"22K", BITS_22},
+                                 FormatRow{"32K", BITS_44}, FormatRow{"44K", BITS_44},
+                                 FormatRow{"48K", BITS_44}};
 
 CString FormatLine(const FormatRow& row, DWORD dwFormats) {
     CString strLine = row.szLabel;
@@ -89,24 +89,24 @@ const char* DescribeTechnology(WORD wTechnology) {
 
 }  // namespace
 
-CDevicePage::CDevicePage() : CPropertyPage(g_template) {}
+CDevicePage::CDevicePage() : CPropertyPage(TEMPLATE) {}
 
 CDevicePage::~CDevicePage() = default;
 
 const CMessageMap& CDevicePage::GetMessageMap() const {
     static constexpr std::array entries{
-        MapNotification<&CDevicePage::OnWaveDeviceChange>(CBN_SELCHANGE, g_nWaveCombo),
-        MapNotification<&CDevicePage::OnMidiDeviceChange>(CBN_SELCHANGE, g_nMidiCombo)};
+        MapNotification<&CDevicePage::OnWaveDeviceChange>(CBN_SELCHANGE, WAVE_COMBO),
+        MapNotification<&CDevicePage::OnMidiDeviceChange>(CBN_SELCHANGE, MIDI_COMBO)};
     static const CMessageMap map{entries, &CPropertyPage::GetMessageMap()};
     return map;
 }
 
 void CDevicePage::DoDataExchange(CDataExchange* pDX) {
     CPropertyPage::DoDataExchange(pDX);
-    DDX_Control(pDX, g_nWaveList, m_lbWave);
-    DDX_Control(pDX, g_nMidiList, m_lbMidi);
-    DDX_Control(pDX, g_nWaveCombo, m_cbWave);
-    DDX_Control(pDX, g_nMidiCombo, m_cbMidi);
+    DDX_Control(pDX, WAVE_LIST, m_lbWave);
+    DDX_Control(pDX, MIDI_LIST, m_lbMidi);
+    DDX_Control(pDX, WAVE_COMBO, m_cbWave);
+    DDX_Control(pDX, MIDI_COMBO, m_cbMidi);
 }
 
 bool CDevicePage::OnInitDialog() {
@@ -123,7 +123,7 @@ bool CDevicePage::OnInitDialog() {
 void CDevicePage::FillWaveDevices() {
     const int nDevices = static_cast<int>(waveInGetNumDevs());
     if (nDevices < 1) {
-        m_lbWave.AddString(g_szNoProperties);
+        m_lbWave.AddString(NO_PROPERTIES);
         m_cbWave.EnableWindow(false);
         return;
     }
@@ -143,7 +143,7 @@ void CDevicePage::FillWaveDevices() {
 void CDevicePage::FillMidiDevices() {
     const int nDevices = static_cast<int>(midiOutGetNumDevs());
     if (nDevices < 1) {
-        m_lbMidi.AddString(g_szNoProperties);
+        m_lbMidi.AddString(NO_PROPERTIES);
         m_cbMidi.EnableWindow(false);
         return;
     }
@@ -157,16 +157,16 @@ void CDevicePage::FillMidiDevices() {
 }
 
 void CDevicePage::OnWaveDeviceChange() {
-    while (m_lbWave.GetCount() > g_nHeadings) {
-        m_lbWave.DeleteString(g_nHeadings);
+    while (m_lbWave.GetCount() > HEADINGS) {
+        m_lbWave.DeleteString(HEADINGS);
     }
     m_nWaveChoice = m_cbWave.GetCurSel();
     WAVEINCAPS caps;
     if (waveInGetDevCapsA(DeviceOfRow(m_nWaveChoice), caps) != MMSYSERR_NOERROR) {
         return;
     }
-    int nRow = g_nHeadings;
-    for (const FormatRow& row : g_formatRows) {
+    int nRow = HEADINGS;
+    for (const FormatRow& row : FORMAT_ROWS) {
         m_lbWave.InsertString(nRow++, FormatLine(row, caps.dwFormats));
     }
     m_lbWave.InsertString(nRow++, FormatText("Number of Channels:\t%i", int{caps.wChannels}));

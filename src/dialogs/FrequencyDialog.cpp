@@ -13,19 +13,19 @@
 
 namespace {
 
-constexpr int g_nEdit = 1001;
-constexpr int g_nSlider = 1002;
-constexpr int g_nReset = 1003;
+constexpr int EDIT = 1001;
+constexpr int SLIDER = 1002;
+constexpr int RESET = 1003;
 
-constexpr int g_nUnitsPerHertz = 10;
-constexpr int g_nTicFreq = 5;
-constexpr std::size_t g_nMaxCharacters = 8;
+constexpr int UNITS_PER_HERTZ = 10;
+constexpr int TIC_FREQ = 5;
+constexpr std::size_t MAX_CHARACTERS = 8;
 
-constexpr std::array g_controls{
-    DialogControl{DialogControlKind::Edit, g_nEdit, "\"A\" Note Frequency", 143, 52, 40, 14,
+constexpr std::array CONTROLS{
+    DialogControl{DialogControlKind::Edit, EDIT, "\"A\" Note Frequency", 143, 52, 40, 14,
                   WS_BORDER | ES_AUTOHSCROLL},
-    DialogControl{DialogControlKind::Slider, g_nSlider, "\"A\" Note Frequency", 22, 73, 240, 19},
-    DialogControl{DialogControlKind::Button, g_nReset, "重置", 117, 113, 50, 14},
+    DialogControl{DialogControlKind::Slider, SLIDER, "\"A\" Note Frequency", 22, 73, 240, 19},
+    DialogControl{DialogControlKind::Button, RESET, "重置", 117, 113, 50, 14},
     DialogControl{DialogControlKind::DefaultButton, IDOK, "确定", 229, 7, 50, 14},
     DialogControl{DialogControlKind::Button, IDCANCEL, "取消", 229, 24, 50, 14},
     DialogControl{
@@ -39,7 +39,7 @@ constexpr std::array g_controls{
     DialogControl{DialogControlKind::Static, -1, "450 Hz", 239, 97, 24, 8},
 };
 
-constexpr DialogTemplate g_template{102, "标准 'A' 频率设置", 286, 135, g_controls};
+constexpr DialogTemplate TEMPLATE{102, "标准 'A' 频率设置", 286, 135, CONTROLS};
 
 // The number that a text begins with, with a decimal point in every country; 0 if it begins with none.
 double NumberAtFront(std::string_view text) {
@@ -47,23 +47,23 @@ double NumberAtFront(std::string_view text) {
     if (text.starts_with('+')) {
         text.remove_prefix(1);
     }
-    double fNumber = 0.0;
-    std::from_chars(text.data(), text.data() + text.size(), fNumber);
+    double dNumber = 0.0;
+    std::from_chars(text.data(), text.data() + text.size(), dNumber);
     // "nan" and "inf" are words here.
-    return std::isfinite(fNumber) ? fNumber : 0.0;
+    return std::isfinite(dNumber) ? dNumber : 0.0;
 }
 
 }  // namespace
 
-CFrequencyDialog::CFrequencyDialog(CWnd* pParent) : CDialog(g_template, pParent) {}
+CFrequencyDialog::CFrequencyDialog(CWnd* pParent) : CDialog(TEMPLATE, pParent) {}
 
 CFrequencyDialog::~CFrequencyDialog() = default;
 
 const CMessageMap& CFrequencyDialog::GetMessageMap() const {
     static constexpr std::array entries{
-        MapNotify<&CFrequencyDialog::OnSliderReleased>(NM_RELEASEDCAPTURE, g_nSlider),
-        MapNotification<&CFrequencyDialog::OnEditChange>(EN_CHANGE, g_nEdit),
-        MapCommand<&CFrequencyDialog::OnReset>(g_nReset),
+        MapNotify<&CFrequencyDialog::OnSliderReleased>(NM_RELEASEDCAPTURE, SLIDER),
+        MapNotification<&CFrequencyDialog::OnEditChange>(EN_CHANGE, EDIT),
+        MapCommand<&CFrequencyDialog::OnReset>(RESET),
         MapMessage<&CFrequencyDialog::OnMouseMove>(WM_MOUSEMOVE)};
     static const CMessageMap map{entries, &CDialog::GetMessageMap()};
     return map;
@@ -71,17 +71,17 @@ const CMessageMap& CFrequencyDialog::GetMessageMap() const {
 
 void CFrequencyDialog::DoDataExchange(CDataExchange* pDX) {
     CDialog::DoDataExchange(pDX);
-    DDX_Control(pDX, g_nSlider, m_slider);
-    DDX_Control(pDX, g_nEdit, m_edit);
-    DDX_Control(pDX, g_nReset, m_btnReset);
+    DDX_Control(pDX, SLIDER, m_slider);
+    DDX_Control(pDX, EDIT, m_edit);
+    DDX_Control(pDX, RESET, m_btnReset);
 }
 
 bool CFrequencyDialog::OnInitDialog() {
     CDialog::OnInitDialog();
-    m_slider.SetRange(static_cast<int>(LOWEST_A_FREQUENCY) * g_nUnitsPerHertz,
-                      static_cast<int>(HIGHEST_A_FREQUENCY) * g_nUnitsPerHertz);
-    m_slider.SetTicFreq(g_nTicFreq);
-    m_slider.SetPos(g_nUnitsPerHertz * static_cast<int>(m_fFrequency));
+    m_slider.SetRange(static_cast<int>(LOWEST_A_FREQUENCY) * UNITS_PER_HERTZ,
+                      static_cast<int>(HIGHEST_A_FREQUENCY) * UNITS_PER_HERTZ);
+    m_slider.SetTicFreq(TIC_FREQ);
+    m_slider.SetPos(UNITS_PER_HERTZ * static_cast<int>(m_fFrequency));
     ShowFrequency();
     return true;
 }
@@ -100,7 +100,7 @@ void CFrequencyDialog::OnEditChange() {
     if (fTyped < LOWEST_A_FREQUENCY || fTyped > HIGHEST_A_FREQUENCY) {
         return;
     }
-    m_slider.SetPos(static_cast<int>(static_cast<double>(fTyped) * g_nUnitsPerHertz));
+    m_slider.SetPos(static_cast<int>(static_cast<double>(fTyped) * UNITS_PER_HERTZ));
     m_fFrequency = fTyped;
 }
 
@@ -131,5 +131,5 @@ void CFrequencyDialog::ShowFrequency() {
 }
 
 float CFrequencyDialog::GetTypedFrequency() const {
-    return static_cast<float>(NumberAtFront(m_edit.GetWindowText().substr(0, g_nMaxCharacters)));
+    return static_cast<float>(NumberAtFront(m_edit.GetWindowText().substr(0, MAX_CHARACTERS)));
 }

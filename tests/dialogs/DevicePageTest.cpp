@@ -19,12 +19,12 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-constexpr int g_nWaveList = 1011;
-constexpr int g_nMidiList = 1012;
-constexpr int g_nWaveCombo = 1013;
-constexpr int g_nMidiCombo = 1014;
-constexpr int g_nDown = 0x01000015;
-constexpr UINT g_nVersion = 0x0A1002;  // only the lower word counts
+constexpr int WAVE_LIST = 1011;
+constexpr int MIDI_LIST = 1012;
+constexpr int WAVE_COMBO = 1013;
+constexpr int MIDI_COMBO = 1014;
+constexpr int DOWN = 0x01000015;
+constexpr UINT VERSION = 0x0A1002;  // only the lower word counts
 
 class CFakeMidi final : public IMidiOutBackend {
 public:
@@ -81,39 +81,38 @@ protected:
 TEST_F(DevicePage, ShowsWhatARecordingDeviceCanDo) {
     constexpr const char* LONG_NAME =
         "Monitor of a very long name of a device that somebody makes, 第二路输入";
-    m_wave->SetDevices(
-        {{.strName = LONG_NAME, .dwFormats = 0xFFF, .nChannels = 2, .vDriverVersion = g_nVersion},
-         {.dwFormats = 0x1 | 0x20 | 0x400 | 0x800, .nChannels = 1, .vDriverVersion = 0}});
+    m_wave->SetDevices({{.strName = LONG_NAME, .dwFormats = 0xFFF, .nChannels = 2, .vDriverVersion = VERSION},
+                        {.dwFormats = 0x1 | 0x20 | 0x400 | 0x800, .nChannels = 1, .vDriverVersion = 0}});
     const auto first =
         AllOf(SizeIs(11), Contains("Number of Channels:\t2"), Contains("Driver Version:\t16.2"));
     Run(0, 0, [&] {
         EXPECT_EQ(m_pSheet->GetActivePage(), &Page());
-        EXPECT_THAT(toolkit::ComboRows(Item(g_nWaveCombo)),
+        EXPECT_THAT(toolkit::ComboRows(Item(WAVE_COMBO)),
                     ElementsAre("Preferred recoring device", LONG_NAME, "Fake Microphone"));
         EXPECT_EQ(Page().m_nWaveChoice, 0);
-        EXPECT_THAT(Rows(g_nWaveList), first);
-        EXPECT_FALSE(Item(g_nWaveList).IsWindowEnabled());
+        EXPECT_THAT(Rows(WAVE_LIST), first);
+        EXPECT_FALSE(Item(WAVE_LIST).IsWindowEnabled());
         toolkit::SavePicture(*m_pSheet, "options-devices.png");
-        EXPECT_LE(11 * toolkit::RowHeight(Item(g_nWaveList)) + 2, Item(g_nWaveList).GetClientRect().bottom)
+        EXPECT_LE(11 * toolkit::RowHeight(Item(WAVE_LIST)) + 2, Item(WAVE_LIST).GetClientRect().bottom)
             << "a disabled list doesn't scroll";
-        toolkit::PickRow(Item(g_nWaveCombo), 2);
+        toolkit::PickRow(Item(WAVE_COMBO), 2);
         EXPECT_EQ(Page().m_nWaveChoice, 2);
-        EXPECT_THAT(Rows(g_nWaveList),
+        EXPECT_THAT(Rows(WAVE_LIST),
                     ElementsAre("\t8-bit\t\t16-bit", "Rate\tMono\tStereo\tMono\tStereo",
                                 "8K\tYes\tNo\tNo\tNo", "11K\tYes\tNo\tNo\tNo", "16K\tNo\tYes\tNo\tNo",
                                 "22K\tNo\tYes\tNo\tNo", "32K\tNo\tNo\tYes\tYes", "44K\tNo\tNo\tYes\tYes",
                                 "48K\tNo\tNo\tYes\tYes", "Number of Channels:\t1", "Driver Version:\t0.0"));
-        toolkit::PickRow(Item(g_nWaveCombo), 1);
-        EXPECT_THAT(Rows(g_nWaveList), first) << "nothing doubles";
-        EXPECT_LE(toolkit::MissingWidthOfOpenList(Item(g_nWaveCombo)), 0);
+        toolkit::PickRow(Item(WAVE_COMBO), 1);
+        EXPECT_THAT(Rows(WAVE_LIST), first) << "nothing doubles";
+        EXPECT_LE(toolkit::MissingWidthOfOpenList(Item(WAVE_COMBO)), 0);
     });
 }
 
 TEST_F(DevicePage, ShowsEachKindOfMidiOutput) {
-    m_pMidi->m_devices = {{g_nVersion, "Port", MOD_MIDIPORT, 1, 2},
-                          {g_nVersion, "Square", MOD_SQSYNTH, 1, 2},
-                          {g_nVersion, "FM", MOD_FMSYNTH, 1, 2},
-                          {g_nVersion, "Synthesizer", MOD_SYNTH, 1, 2}};
+    m_pMidi->m_devices = {{VERSION, "Port", MOD_MIDIPORT, 1, 2},
+                          {VERSION, "Square", MOD_SQSYNTH, 1, 2},
+                          {VERSION, "FM", MOD_FMSYNTH, 1, 2},
+                          {VERSION, "Synthesizer", MOD_SYNTH, 1, 2}};
     constexpr const char* NO_FM = "No FM support";
     const std::vector<std::vector<CString>> kinds{{NO_FM, "Microsoft MIDI mapped"},
                                                   {NO_FM, "MIDI Hardware port enabled"},
@@ -121,15 +120,15 @@ TEST_F(DevicePage, ShowsEachKindOfMidiOutput) {
                                                   {"FM support"},
                                                   {NO_FM, "MIDI Synthesizer detected"}};
     Run(0, 0, [&] {
-        EXPECT_THAT(toolkit::ComboRows(Item(g_nMidiCombo)),
+        EXPECT_THAT(toolkit::ComboRows(Item(MIDI_COMBO)),
                     ElementsAre("Preferred Midi output device", "Port", "Square", "FM", "Synthesizer"));
         for (std::size_t i = 0; i < kinds.size(); ++i) {
             std::vector<CString> expected = kinds[i];
             expected.insert(expected.end(),
                             {"Simultaneous notes:\t2", "Number of voices:\t\t1", "Driver version:\t\t16.2"});
-            EXPECT_EQ(Rows(g_nMidiList), expected) << i;
+            EXPECT_EQ(Rows(MIDI_LIST), expected) << i;
             EXPECT_EQ(Page().m_nMidiChoice, static_cast<int>(i));
-            toolkit::Key(Item(g_nMidiCombo), g_nDown);
+            toolkit::Key(Item(MIDI_COMBO), DOWN);
         }
     });
 }
@@ -138,8 +137,8 @@ TEST_F(DevicePage, SelectsNothingPastTheEnd) {
     Run(2, 2147483647, [this] {
         EXPECT_EQ(Page().m_nWaveChoice, -1);
         EXPECT_EQ(Page().m_nMidiChoice, -1);
-        EXPECT_THAT(Rows(g_nWaveList), SizeIs(2));
-        EXPECT_THAT(Rows(g_nMidiList), IsEmpty());
+        EXPECT_THAT(Rows(WAVE_LIST), SizeIs(2));
+        EXPECT_THAT(Rows(MIDI_LIST), IsEmpty());
     });
 }
 
@@ -147,8 +146,7 @@ TEST_F(DevicePage, HasNothingToChooseWithoutDevices) {
     m_wave->SetDevices({});
     m_pMidi->m_devices.clear();
     Run(0, 1, [this] {
-        for (const auto& [nList, nCombo] :
-             {std::pair{g_nWaveList, g_nWaveCombo}, {g_nMidiList, g_nMidiCombo}}) {
+        for (const auto& [nList, nCombo] : {std::pair{WAVE_LIST, WAVE_COMBO}, {MIDI_LIST, MIDI_COMBO}}) {
             EXPECT_THAT(Rows(nList), ElementsAre("No properties"));
             EXPECT_FALSE(Item(nCombo).IsWindowEnabled());
             EXPECT_THAT(toolkit::ComboRows(Item(nCombo)), IsEmpty());

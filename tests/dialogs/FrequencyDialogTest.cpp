@@ -8,25 +8,25 @@
 
 namespace {
 
-constexpr int g_nRight = 0x01000014;
-constexpr int g_nTab = 0x01000001;
-constexpr int g_nReturn = 0x01000004;
-constexpr int g_nEdit = 1001;
-constexpr int g_nSlider = 1002;
-constexpr int g_nReset = 1003;
-constexpr POINT g_ptInButton{5, 5};
-constexpr POINT g_ptOnLabel{20, 20};
+constexpr int RIGHT = 0x01000014;
+constexpr int TAB = 0x01000001;
+constexpr int RETURN = 0x01000004;
+constexpr int EDIT = 1001;
+constexpr int SLIDER = 1002;
+constexpr int RESET = 1003;
+constexpr POINT PT_IN_BUTTON{5, 5};
+constexpr POINT PT_ON_LABEL{20, 20};
 
 class FrequencyDialog : public ::testing::Test {
 protected:
     CWnd& Item(int nId) { return *m_dialog.GetDlgItem(nId); }
-    int Pos() { return static_cast<int>(Item(g_nSlider).SendMessage(TBM_GETPOS)); }
-    CString Text() { return Item(g_nEdit).GetWindowText(); }
-    void Click(int nId) { toolkit::Click(Item(nId), g_ptInButton); }
+    int Pos() { return static_cast<int>(Item(SLIDER).SendMessage(TBM_GETPOS)); }
+    CString Text() { return Item(EDIT).GetWindowText(); }
+    void Click(int nId) { toolkit::Click(Item(nId), PT_IN_BUTTON); }
     // Over the typed text in one go, as pasting does.
     void Enter(const CString& strText) {
-        Item(g_nEdit).SetWindowText("");
-        toolkit::Compose(Item(g_nEdit), "", strText);
+        Item(EDIT).SetWindowText("");
+        toolkit::Compose(Item(EDIT), "", strText);
     }
     void Expect(const CString& strText, int nPos, float fFrequency) {
         EXPECT_EQ(Text(), strText);
@@ -52,10 +52,10 @@ TEST_F(FrequencyDialog, OpensWithTheTenthsThatItShows) {
                       EXPECT_EQ(toolkit::ModalTitle(), "标准 'A' 频率设置");
                       Expect("445.7", 4457, 445.7F);
                       toolkit::SavePicture(m_dialog, "frequency-dialog.png");
-                      for (const int nId : {g_nEdit, g_nSlider, g_nReset, int{IDOK}, int{IDCANCEL}}) {
+                      for (const int nId : {EDIT, SLIDER, RESET, int{IDOK}, int{IDCANCEL}}) {
                           EXPECT_TRUE(toolkit::WaitUntil([&] { return CWnd::GetFocus() == &Item(nId); }))
                               << nId;
-                          toolkit::Key(Item(nId), g_nTab, "\t");
+                          toolkit::Key(Item(nId), TAB, "\t");
                       }
                       Click(IDOK);
                   }),
@@ -100,7 +100,7 @@ TEST_F(FrequencyDialog, ClosesWithANumberInRangeOnly) {
                           if (c.nResult == IDCANCEL) {
                               toolkit::Later(fnCloseBox);
                           }
-                          toolkit::Key(Item(g_nEdit), g_nReturn, "\r");
+                          toolkit::Key(Item(EDIT), RETURN, "\r");
                       }),
                   c.nResult)
             << c.szText;
@@ -111,7 +111,7 @@ TEST_F(FrequencyDialog, ClosesWithANumberInRangeOnly) {
 // written when the button comes up, and read back: the float of 441.3 lies below it.
 TEST_F(FrequencyDialog, WritesTheTextWhenTheSliderIsReleased) {
     Run(440.0F, [this] {
-        CWnd& slider = Item(g_nSlider);
+        CWnd& slider = Item(SLIDER);
         const RECT rc = slider.GetClientRect();
         POINT pt{rc.Width() / 2, rc.Height() / 3};
         toolkit::Press(slider, pt);
@@ -122,25 +122,25 @@ TEST_F(FrequencyDialog, WritesTheTextWhenTheSliderIsReleased) {
         EXPECT_LT(m_dialog.m_fFrequency, 441.25F);
         toolkit::Release(slider, pt);
         Expect("441.3", 4412, 441.3F);
-        toolkit::MoveOver(m_dialog, g_ptOnLabel);
+        toolkit::MoveOver(m_dialog, PT_ON_LABEL);
         Expect("441.3", 4412, 441.2F);
-        Click(g_nReset);
+        Click(RESET);
         Expect("440.0", 4400, 440.0F);
         // Once the mouse has moved, the tenth of the slider counts, and not the text.
         Enter("441.25");
         EXPECT_EQ(m_dialog.m_fFrequency, 441.25F);
-        toolkit::MoveOver(m_dialog, g_ptOnLabel);
+        toolkit::MoveOver(m_dialog, PT_ON_LABEL);
         Click(IDOK);
     });
     EXPECT_EQ(m_dialog.m_fFrequency, 441.2F);
     Run(440.0F, [this] {
-        CWnd& slider = Item(g_nSlider);
+        CWnd& slider = Item(SLIDER);
         for (int i = 0; i < 13; ++i) {
-            toolkit::KeyDown(slider, g_nRight);
+            toolkit::KeyDown(slider, RIGHT);
         }
         // The nearest float to 4413 times the float of a tenth, and not that of 441.3.
         Expect("440.0", 4413, 441.300018F);
-        toolkit::KeyUp(slider, g_nRight);
+        toolkit::KeyUp(slider, RIGHT);
         toolkit::Wheel(slider, 1);
         const int nTurned = Pos();
         EXPECT_GT(nTurned, 4413);
@@ -148,7 +148,7 @@ TEST_F(FrequencyDialog, WritesTheTextWhenTheSliderIsReleased) {
         toolkit::Wheel(slider, -1);
         EXPECT_EQ(m_dialog.m_fFrequency, static_cast<float>(nTurned * static_cast<double>(0.1F)));
         // The same text once more counts as a change.
-        Click(g_nReset);
+        Click(RESET);
         Expect("440.0", 4400, 440.0F);
     });
 }

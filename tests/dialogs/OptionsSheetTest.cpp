@@ -19,12 +19,12 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr int g_nFirstSwatch = 1006;
-constexpr int g_nDefaults = 1015;
-constexpr POINT g_ptInButton{5, 5};
+constexpr int FIRST_SWATCH = 1006;
+constexpr int DEFAULTS = 1015;
+constexpr POINT PT_IN_BUTTON{5, 5};
 using Colors = std::array<COLORREF, 4>;  // needle, high, low, text
-constexpr Colors g_chosen{0x123456, 0x0000FF, 0x00FF00, 0x563412};
-constexpr Colors g_defaults{0xA00000, 0xFF0000, 0x008000, 0xFF0000};
+constexpr Colors CHOSEN{0x123456, 0x0000FF, 0x00FF00, 0x563412};
+constexpr Colors DEFAULT_COLORS{0xA00000, 0xFF0000, 0x008000, 0xFF0000};
 
 Colors ColorsOf(const CTuningStore& store) {
     return {store.GetNeedleColor(), store.GetHighColor(), store.GetLowColor(), store.GetTextColor()};
@@ -33,10 +33,10 @@ Colors ColorsOf(const CTuningStore& store) {
 class OptionsSheet : public ::testing::Test {
 protected:
     void SetUp() override {
-        m_store.SetNeedleColor(g_chosen[0]);
-        m_store.SetHighColor(g_chosen[1]);
-        m_store.SetLowColor(g_chosen[2]);
-        m_store.SetTextColor(g_chosen[3]);
+        m_store.SetNeedleColor(CHOSEN[0]);
+        m_store.SetHighColor(CHOSEN[1]);
+        m_store.SetLowColor(CHOSEN[2]);
+        m_store.SetTextColor(CHOSEN[3]);
         auto pMain = std::make_unique<CRecordingWnd>(m_log);
         pMain->m_on[COptionsSheet::COLORS_CHANGED] = [this] {
             m_told.push_back(ColorsOf(m_store));
@@ -60,14 +60,14 @@ protected:
     CColorPage& Page() { return m_pSheet->m_colorPage; }
     void Click(int nId) {
         if (CWnd* const pButton = m_pSheet->GetDlgItem(nId)) {
-            toolkit::Click(*pButton, g_ptInButton);
+            toolkit::Click(*pButton, PT_IN_BUTTON);
         }
     }
-    void ClickDefaults() { toolkit::Click(*Page().GetDlgItem(g_nDefaults), g_ptInButton); }
+    void ClickDefaults() { toolkit::Click(*Page().GetDlgItem(DEFAULTS), PT_IN_BUTTON); }
     bool CanApply() { return m_pSheet->GetDlgItem(12321)->IsWindowEnabled(); }
     // On the page, relative to a square's upper left corner.
     POINT PointAt(int nSwatch, POINT ptOffset = {8, 8}) {
-        const RECT rc = Page().GetDlgItem(g_nFirstSwatch + nSwatch)->GetWindowRect();
+        const RECT rc = Page().GetDlgItem(FIRST_SWATCH + nSwatch)->GetWindowRect();
         POINT pt{rc.left + ptOffset.x, rc.top + ptOffset.y};
         Page().ScreenToClient(pt);
         return pt;
@@ -136,7 +136,7 @@ TEST_F(OptionsSheet, OpensTheColorDialogForAPressAndReleaseOnOneSquare) {
             EXPECT_EQ(ReleaseOpens(PointAt(drag.nTo, drag.ptTo)), drag.bOpens) << i;
             EXPECT_FALSE(ReleaseOpens(PointAt(drag.nFrom))) << i << ": a press counts once";
         }
-        EXPECT_EQ(Page().m_clr, g_chosen);
+        EXPECT_EQ(Page().m_clr, CHOSEN);
         EXPECT_FALSE(CanApply()) << "each was cancelled";
     });
 }
@@ -145,33 +145,33 @@ TEST_F(OptionsSheet, TakesAndShowsTheColorOfTheDialog) {
     Run([this] {
         EXPECT_EQ(toolkit::ModalTitle(), "[高音 ]");
         EXPECT_EQ(m_pSheet->GetActivePage(), &Page());
-        EXPECT_EQ(ShownColors(), g_chosen);
+        EXPECT_EQ(ShownColors(), CHOSEN);
         EXPECT_FALSE(CanApply());
-        for (const int nId : {-1, g_nDefaults}) {
+        for (const int nId : {-1, DEFAULTS}) {
             EXPECT_FALSE(toolkit::IsTextCut(*Page().GetDlgItem(nId))) << nId;
         }
         toolkit::SavePicture(*m_pSheet, "options-colors.png");
-        Colors expected = g_chosen;
+        Colors expected = CHOSEN;
         for (std::size_t i = 0; i < expected.size(); ++i) {
-            expected.at(i) = i == 0 ? g_chosen[0] : 0x804020;
+            expected.at(i) = i == 0 ? CHOSEN[0] : 0x804020;
             ClickSquare(static_cast<int>(i), expected.at(i));
-            EXPECT_EQ(m_clrFirst, g_chosen.at(i));
+            EXPECT_EQ(m_clrFirst, CHOSEN.at(i));
             EXPECT_EQ(Page().m_clr, expected);
             EXPECT_TRUE(CanApply()) << "also where the colour is the same";
         }
         EXPECT_EQ(ShownColors(), expected);
     });
-    EXPECT_EQ(ColorsOf(m_store), g_chosen);
+    EXPECT_EQ(ColorsOf(m_store), CHOSEN);
 }
 
 TEST_F(OptionsSheet, AppliesAndDropsColors) {
     EXPECT_EQ(Run([this] {
                   ClickDefaults();
-                  EXPECT_EQ(ShownColors(), g_defaults);
+                  EXPECT_EQ(ShownColors(), DEFAULT_COLORS);
                   EXPECT_TRUE(CanApply());
               }),
               IDCANCEL);
-    EXPECT_EQ(ColorsOf(m_store), g_chosen);
+    EXPECT_EQ(ColorsOf(m_store), CHOSEN);
     EXPECT_THAT(m_told, IsEmpty());
 
     EXPECT_EQ(Run([this] {
@@ -179,20 +179,20 @@ TEST_F(OptionsSheet, AppliesAndDropsColors) {
                   Click(IDOK);
               }),
               IDOK);
-    EXPECT_EQ(Page().m_clr, g_chosen);
+    EXPECT_EQ(Page().m_clr, CHOSEN);
     EXPECT_EQ(m_pSheet->m_devicePage.m_nWaveChoice, 7) << "nobody has looked at that page";
 
     EXPECT_EQ(Run([this] {
                   ClickDefaults();
                   Click(12321);
-                  EXPECT_THAT(m_told, ElementsAre(g_defaults)) << "before Apply is done";
+                  EXPECT_THAT(m_told, ElementsAre(DEFAULT_COLORS)) << "before Apply is done";
                   EXPECT_FALSE(CanApply());
                   EXPECT_TRUE(m_pSheet->IsWindow());
                   ClickSquare(0, 0x010203);
                   EXPECT_TRUE(CanApply());
               }),
               IDCANCEL);
-    EXPECT_EQ(ColorsOf(m_store), g_defaults) << "what came behind the last Apply is dropped";
+    EXPECT_EQ(ColorsOf(m_store), DEFAULT_COLORS) << "what came behind the last Apply is dropped";
 }
 
 TEST_F(OptionsSheet, KnowsEnterEscapeAndTab) {
@@ -206,11 +206,11 @@ TEST_F(OptionsSheet, KnowsEnterEscapeAndTab) {
                   toolkit::KeyIntoFocus(nReturn);
               }),
               IDOK);
-    EXPECT_EQ(Page().m_clr, g_chosen) << "and not the button of the page";
+    EXPECT_EQ(Page().m_clr, CHOSEN) << "and not the button of the page";
     Run([this] {
         toolkit::ClickTab(*m_pSheet, 1);
         toolkit::ClickTab(*m_pSheet, 0);
-        for (const int nId : {g_nDefaults, int{IDOK}, int{IDCANCEL}, 0}) {
+        for (const int nId : {DEFAULTS, int{IDOK}, int{IDCANCEL}, 0}) {
             toolkit::KeyIntoFocus(nTab);
             EXPECT_EQ(CWnd::GetFocus()->GetDlgCtrlID(), nId);
         }

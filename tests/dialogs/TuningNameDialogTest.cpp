@@ -7,8 +7,8 @@
 
 namespace {
 
-constexpr int g_nReturn = 0x01000004;
-constexpr int g_nEdit = 1000;
+constexpr int RETURN = 0x01000004;
+constexpr int EDIT = 1000;
 
 class TuningNameDialog : public ::testing::Test {
 protected:
@@ -31,18 +31,18 @@ TEST_F(TuningNameDialog, ReturnsWhatWasTyped) {
     EXPECT_EQ(Run(IDOK,
                   [this] {
                       EXPECT_EQ(toolkit::ModalTitle(), "新增调弦规则");
-                      for (const int nId : {-1, g_nEdit, int{IDOK}, int{IDCANCEL}}) {
+                      for (const int nId : {-1, EDIT, int{IDOK}, int{IDCANCEL}}) {
                           EXPECT_FALSE(toolkit::IsTextCut(Item(nId))) << nId;
                       }
-                      EXPECT_TRUE(toolkit::WaitUntil([this] { return CWnd::GetFocus() == &Item(g_nEdit); }));
-                      toolkit::TypeText(Item(g_nEdit), "Open G");
+                      EXPECT_TRUE(toolkit::WaitUntil([this] { return CWnd::GetFocus() == &Item(EDIT); }));
+                      toolkit::TypeText(Item(EDIT), "Open G");
                       toolkit::SavePicture(m_dialog, "tuning-name-dialog.png");
                   }),
               "Open G");
     // The name of the last time stands in the box, selected: typing replaces it.
     const auto type = [this] {
-        EXPECT_EQ(Item(g_nEdit).GetWindowText(), "Open G");
-        toolkit::TypeText(Item(g_nEdit), "D");
+        EXPECT_EQ(Item(EDIT).GetWindowText(), "Open G");
+        toolkit::TypeText(Item(EDIT), "D");
     };
     EXPECT_EQ(Run(IDCANCEL, type), "Open G");
     EXPECT_EQ(Run(IDOK, type), "D");
@@ -51,9 +51,9 @@ TEST_F(TuningNameDialog, ReturnsWhatWasTyped) {
 TEST_F(TuningNameDialog, TakesChineseFromAnInputMethodAndHasNoLimitOfLength) {
     const CString strLong(100000, 'x');
     toolkit::Later([&] {
-        toolkit::Compose(Item(g_nEdit), "diao xian", "我的调弦");
-        toolkit::Compose(Item(g_nEdit), "gui", "规则𝄞" + strLong);
-        toolkit::Key(Item(g_nEdit), g_nReturn, "\r");
+        toolkit::Compose(Item(EDIT), "diao xian", "我的调弦");
+        toolkit::Compose(Item(EDIT), "gui", "规则𝄞" + strLong);
+        toolkit::Key(Item(EDIT), RETURN, "\r");
     });
     EXPECT_EQ(m_dialog.DoModal(), IDOK);
     EXPECT_EQ(m_dialog.m_strName, "我的调弦规则𝄞" + strLong);

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int g_nId = 1006;
+constexpr int ID = 1006;
 
 // A control whose client area can be drawn into.
 class CDrawnStatic : public CStatic {
@@ -22,7 +22,7 @@ class ColorSwatch : public testing::Test {
 protected:
     void SetUp() override {
         ASSERT_TRUE(m_parent.CreateEx(WS_CAPTION, "Colours", {0, 0, 200, 150}, nullptr, 0));
-        ASSERT_TRUE(m_control.Create("1", WS_CHILD | WS_VISIBLE, {20, 30, 45, 51}, &m_parent, g_nId));
+        ASSERT_TRUE(m_control.Create("1", WS_CHILD | WS_VISIBLE, {20, 30, 45, 51}, &m_parent, ID));
         m_control.SetClientSize(25, 21);
     }
 
@@ -40,7 +40,7 @@ protected:
 
 TEST_F(ColorSwatch, ShowsWhatItWasFilledWithWhenAsked) {
     const COLORREF clrFace = At(12, 10);
-    m_swatch.Init(&m_parent, g_nId);
+    m_swatch.Init(&m_parent, ID);
     EXPECT_EQ(m_swatch.GetWidth(), 25);
     EXPECT_EQ(m_swatch.GetHeight(), 21);
     EXPECT_EQ(At(12, 10), clrFace) << "the control shows nothing yet";
@@ -60,7 +60,7 @@ TEST_F(ColorSwatch, WithoutItsControlIsHarmless) {
         m_swatch.FillRect(0, 0, 5, 5, 0xFF);
         m_swatch.Show();
         m_swatch.Repaint();
-        m_swatch.Init(&m_parent, g_nId + 1);
+        m_swatch.Init(&m_parent, ID + 1);
     }
     EXPECT_EQ(m_swatch.GetWidth(), 0);
 }

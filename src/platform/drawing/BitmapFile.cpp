@@ -15,14 +15,14 @@
 
 namespace {
 
-constexpr int g_nFileHeaderSize = 14;
-constexpr int g_nOldInfoSize = 12;
-constexpr int g_nInfoSize = 40;
-constexpr int g_nMasksAt = g_nFileHeaderSize + g_nInfoSize;
-constexpr int g_nWithMasks = g_nMasksAt + 3 * 4;
+constexpr int FILE_HEADER_SIZE = 14;
+constexpr int OLD_INFO_SIZE = 12;
+constexpr int INFO_SIZE = 40;
+constexpr int MASKS_AT = FILE_HEADER_SIZE + INFO_SIZE;
+constexpr int WITH_MASKS = MASKS_AT + 3 * 4;
 
-constexpr std::uint32_t g_nPlain = 0;
-constexpr std::uint32_t g_nBitFields = 3;
+constexpr std::uint32_t PLAIN = 0;
+constexpr std::uint32_t BIT_FIELDS = 3;
 
 using ChannelMasks = std::array<std::uint32_t, 3>;  // red, green, blue
 
@@ -34,7 +34,7 @@ struct Header {
     std::optional<ChannelMasks> masks;  // of a picture of 16 bits
 };
 
-using HeaderBytes = std::array<char, g_nWithMasks>;
+using HeaderBytes = std::array<char, WITH_MASKS>;
 
 // A number of up to four bytes, the lowest first.
 std::uint32_t FieldAt(const HeaderBytes& bytes, std::size_t nOffset, std::size_t nBytes) {
@@ -48,37 +48,37 @@ std::uint32_t FieldAt(const HeaderBytes& bytes, std::size_t nOffset, std::size_t
 std::optional<Header> ReadHeader(QFile& file) {
     HeaderBytes bytes{};
     const qint64 nRead = file.peek(bytes.data(), static_cast<qint64>(bytes.size()));
-    if (nRead < g_nFileHeaderSize + g_nOldInfoSize || bytes[0] != 'B' || bytes[1] != 'M') {
+    if (nRead < FILE_HEADER_SIZE + OLD_INFO_SIZE || bytes[0] != 'B' || bytes[1] != 'M') {
         return std::nullopt;
     }
     const auto nOffset = FieldAt(bytes, 10, 4);
     const auto nInfoSize = FieldAt(bytes, 14, 4);
-    const bool bOld = nInfoSize == g_nOldInfoSize;
-    if (nOffset < std::uint64_t{nInfoSize} + g_nFileHeaderSize ||
-        (!bOld && (nInfoSize < g_nInfoSize || nRead < g_nMasksAt))) {
+    const bool bOld = nInfoSize == OLD_INFO_SIZE;
+    if (nOffset < std::uint64_t{nInfoSize} + FILE_HEADER_SIZE ||
+        (!bOld && (nInfoSize < INFO_SIZE || nRead < MASKS_AT))) {
         return std::nullopt;
     }
     const auto nWidth = static_cast<std::int32_t>(FieldAt(bytes, 18, bOld ? 2 : 4));
     const auto nRows = static_cast<std::int32_t>(bOld ? FieldAt(bytes, 20, 2) : FieldAt(bytes, 22, 4));
     const std::int64_t nHeight = std::abs(std::int64_t{nRows});
     const std::int64_t nBits = FieldAt(bytes, bOld ? 24 : 28, 2);
-    const std::uint32_t nCompression = bOld ? g_nPlain : FieldAt(bytes, 30, 4);
+    const std::uint32_t nCompression = bOld ? PLAIN : FieldAt(bytes, 30, 4);
     if (nWidth < 1 || nHeight < 1 || nWidth * nHeight > CSurface::s_nMaxPixels || nBits > 32) {
         return std::nullopt;
     }
-    const bool bRunLength = nCompression != g_nPlain && nCompression != g_nBitFields;
+    const bool bRunLength = nCompression != PLAIN && nCompression != BIT_FIELDS;
     const std::int64_t nData =
         bRunLength ? std::int64_t{FieldAt(bytes, 34, 4)} : (nWidth * nBits + 31) / 32 * 4 * nHeight;
 
     Header header{nWidth, static_cast<int>(nHeight), nOffset + nData, std::nullopt};
     if (nBits == 16) {
         header.masks = ChannelMasks{0x7C00, 0x03E0, 0x001F};
-        if (nCompression == g_nBitFields) {
-            if (nRead < g_nWithMasks) {
+        if (nCompression == BIT_FIELDS) {
+            if (nRead < WITH_MASKS) {
                 return std::nullopt;
             }
-            header.masks = ChannelMasks{FieldAt(bytes, g_nMasksAt, 4), FieldAt(bytes, g_nMasksAt + 4, 4),
-                                        FieldAt(bytes, g_nMasksAt + 8, 4)};
+            header.masks = ChannelMasks{FieldAt(bytes, MASKS_AT, 4), FieldAt(bytes, MASKS_AT + 4, 4),
+                                        FieldAt(bytes, MASKS_AT + 8, 4)};
         }
     }
     return header;
@@ -87,7 +87,7 @@ std::optional<Header> ReadHeader(QFile& file) {
 // The reader leaves the low bits of a short channel 0. Repeating its high bits there makes full brightness
 // 255.
 Pixel Stretch(Pixel pixel, const ChannelMasks& masks) {
-    Pixel result = g_pixelBlack;
+    Pixel result = PIXEL_BLACK;
     for (int i = 0; i < 3; ++i) {
         const int nShift = 16 - 8 * i;
         const int nBits = std::clamp(std::popcount(masks[static_cast<std::size_t>(i)]), 4, 8);
@@ -134,7 +134,7 @@ bool CBitmap::LoadFile(const CString& strFile) {
         for (int y = 0; y < image.height(); ++y) {
             const auto* const pRow = reinterpret_cast<const QRgb*>(image.constScanLine(y));
             std::transform(pRow, pRow + image.width(), m_surface.GetRow(y),
-                           [&masks](QRgb rgb) { return masks ? Stretch(rgb, *masks) : g_pixelBlack | rgb; });
+                           [&masks](QRgb rgb) { return masks ? Stretch(rgb, *masks) : PIXEL_BLACK | rgb; });
         }
         return true;
     } catch (const std::exception&) {

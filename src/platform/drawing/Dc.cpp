@@ -7,7 +7,6 @@
 #include "platform/drawing/SysColors.h"
 #include "platform/drawing/WideLine.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <utility>
 

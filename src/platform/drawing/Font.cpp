@@ -4,14 +4,14 @@
 
 namespace {
 
-constexpr int g_nDotsPerInch = 96;
-constexpr int g_nTenthsPerInch = 720;
+constexpr int DOTS_PER_INCH = 96;
+constexpr int TENTHS_PER_INCH = 720;
 
 }  // namespace
 
 bool CFont::CreatePointFont(int nTenthsOfPoint, const CString& strFace, const CDC* /*pDc*/) {
-    const std::int64_t nDots = std::int64_t{nTenthsOfPoint} * g_nDotsPerInch;
-    m_nPixelSize = static_cast<int>((nDots + g_nTenthsPerInch / 2) / g_nTenthsPerInch);
+    const std::int64_t nDots = std::int64_t{nTenthsOfPoint} * DOTS_PER_INCH;
+    m_nPixelSize = static_cast<int>((nDots + TENTHS_PER_INCH / 2) / TENTHS_PER_INCH);
     m_families.clear();
     if (nTenthsOfPoint <= 0 || m_nPixelSize < 1) {
         m_nPixelSize = 0;

@@ -34,7 +34,7 @@ template <class TRop, class TConvert>
 void CopyRows(const Rows& rows, TRop rop, TConvert convert) {
     const int nWidth = rows.rcDst.Width();
     const auto combine = [rop, convert](Pixel dst, Pixel src) {
-        return static_cast<Pixel>(rop(dst, convert(src)) | g_pixelBlack);
+        return static_cast<Pixel>(rop(dst, convert(src)) | PIXEL_BLACK);
     };
     if (rows.IsLeftward()) {
         rows.ForEach([nWidth, combine](Pixel* pDst, const Pixel* pSrc) {
@@ -57,11 +57,11 @@ void ConvertAndCopy(const Rows& rows, TRop rop, const BitColors& colors) {
         CopyRows(rows, rop, [](Pixel src) { return src; });
     } else if (rows.src.IsMonochrome()) {
         CopyRows(rows, rop, [one = colors.ofOne, zero = colors.ofZero](Pixel src) {
-            return src == g_pixelWhite ? one : zero;
+            return src == PIXEL_WHITE ? one : zero;
         });
     } else {
         CopyRows(rows, rop,
-                 [bit = colors.toBit](Pixel src) { return src == bit ? g_pixelWhite : g_pixelBlack; });
+                 [bit = colors.toBit](Pixel src) { return src == bit ? PIXEL_WHITE : PIXEL_BLACK; });
     }
 }
 

@@ -9,7 +9,7 @@ bool CSurface::Create(int cx, int cy, bool bMonochrome) {
         return false;
     }
     try {
-        m_pixels.resize(static_cast<std::size_t>(cx) * static_cast<std::size_t>(cy), g_pixelBlack);
+        m_pixels.resize(static_cast<std::size_t>(cx) * static_cast<std::size_t>(cy), PIXEL_BLACK);
     } catch (const std::exception&) {
         return false;
     }
@@ -30,7 +30,7 @@ Pixel CSurface::ToPixel(COLORREF clr) const {
     if (!m_bMonochrome) {
         return PixelFromColor(clr);
     }
-    return GetRed(clr) + GetGreen(clr) + GetBlue(clr) > 3 * 255 / 2 ? g_pixelWhite : g_pixelBlack;
+    return GetRed(clr) + GetGreen(clr) + GetBlue(clr) > 3 * 255 / 2 ? PIXEL_WHITE : PIXEL_BLACK;
 }
 
 RECT CSurface::Clip(std::int64_t nLeft, std::int64_t nTop, std::int64_t nRight, std::int64_t nBottom) const {

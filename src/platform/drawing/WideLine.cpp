@@ -6,8 +6,8 @@
 
 namespace {
 
-constexpr int g_nMaxCoordinate = 1 << 20;
-constexpr int g_nMaxWidth = 255;
+constexpr int MAX_COORDINATE = 1 << 20;
+constexpr int MAX_WIDTH = 255;
 
 // A run of columns, both ends inside; empty if the right end is left of the left one.
 struct Span {
@@ -18,8 +18,8 @@ struct Span {
     Span Shift(std::int64_t n) const { return {nLeft + n, nRight + n}; }
 };
 
-constexpr Span g_spanNone{1, 0};
-constexpr Span g_spanAll{INT64_MIN / 4, INT64_MAX / 4};
+constexpr Span SPAN_NONE{1, 0};
+constexpr Span SPAN_ALL{INT64_MIN / 4, INT64_MAX / 4};
 
 std::int64_t RootBelow(std::int64_t n) {
     auto nRoot = static_cast<std::int64_t>(std::sqrt(static_cast<double>(n)));
@@ -50,7 +50,7 @@ Span Solve(std::int64_t nLow, std::int64_t nFactor, std::int64_t nHigh) {
     if (nFactor < 0) {
         return {DivideUp(-nHigh, -nFactor), DivideDown(-nLow, -nFactor)};
     }
-    return nLow <= 0 && nHigh >= 0 ? g_spanAll : g_spanNone;
+    return nLow <= 0 && nHigh >= 0 ? SPAN_ALL : SPAN_NONE;
 }
 
 Span Intersect(const Span& a, const Span& b) {
@@ -69,7 +69,7 @@ Span Join(const Span& a, const Span& b) {
 Span DiscRow(std::int64_t dy, std::int64_t nWidth) {
     const std::int64_t nRest = nWidth * nWidth - 4 * dy * dy;
     if (nRest < 0) {
-        return g_spanNone;
+        return SPAN_NONE;
     }
     const std::int64_t nHalf = RootBelow(nRest) / 2;
     return {-nHalf, nHalf};
@@ -79,11 +79,11 @@ Span DiscRow(std::int64_t dy, std::int64_t nWidth) {
 
 RECT DrawWideLine(CSurface& surface, POINT ptFrom, POINT ptTo, int nWidth, COLORREF clr) {
     for (const int n : {ptFrom.x, ptFrom.y, ptTo.x, ptTo.y}) {
-        if (n > g_nMaxCoordinate || n < -g_nMaxCoordinate) {
+        if (n > MAX_COORDINATE || n < -MAX_COORDINATE) {
             return {};
         }
     }
-    if (nWidth < 1 || nWidth > g_nMaxWidth) {
+    if (nWidth < 1 || nWidth > MAX_WIDTH) {
         return {};
     }
     const int nReach = nWidth / 2;

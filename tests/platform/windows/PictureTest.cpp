@@ -101,7 +101,7 @@ TEST_F(Picture, PaintComesOncePerInvalidationAndNotForWhatTheScreenLost) {
     m_wnd.InvalidateRect(&rc, true);
     m_wnd.UpdateWindow();
     EXPECT_EQ(PixelsOf(m_wnd).At(10, 10), PixelFromColor(GetSysColor(COLOR_BTNFACE)));
-    EXPECT_EQ(PixelsOf(m_wnd).At(9, 9), g_pixelBlack);
+    EXPECT_EQ(PixelsOf(m_wnd).At(9, 9), PIXEL_BLACK);
 }
 
 // A thread draws as fast as it can, and keeps drawing, while the window is shown, resized, closed and gone.
