@@ -16,8 +16,8 @@ constexpr int BAR_TOP = 3;  // of the rod, in the tick's rows
 constexpr double PIN_LEFT = 2.0;
 constexpr double PIN_RIGHT = 7.0;
 
-Tone Steel(double fLight) {
-    return {fLight * 0.93, fLight * 0.95, fLight};
+Tone Steel(double dLight) {
+    return {dLight * 0.93, dLight * 0.95, dLight};
 }
 
 Tone RodTone(double y) {
@@ -25,14 +25,14 @@ Tone RodTone(double y) {
 }
 
 Tone PinTone(double x, double y) {
-    const double fAcross = (x - (PIN_LEFT + PIN_RIGHT) / 2.0) / ((PIN_RIGHT - PIN_LEFT) / 2.0);
-    double fLight = RodLight(fAcross * 0.97) * 0.60;
+    const double dAcross = (x - (PIN_LEFT + PIN_RIGHT) / 2.0) / ((PIN_RIGHT - PIN_LEFT) / 2.0);
+    double dLight = RodLight(dAcross * 0.97) * 0.60;
     if (y < 1.0) {
-        fLight += 0.14;
+        dLight += 0.14;
     } else if (y > TICK_HEIGHT - 1.0) {
-        fLight *= 0.66;
+        dLight *= 0.66;
     }
-    return Steel(fLight);
+    return Steel(dLight);
 }
 
 }  // namespace
@@ -52,7 +52,7 @@ CPicture DrawCoarseTick() {
         if (y < BAR_TOP || y >= BAR_TOP + BAR_HEIGHT) {
             return Grey(1.0);
         }
-        const double fShadow = x >= PIN_RIGHT && x < PIN_RIGHT + 1.0 ? 0.5 : x >= PIN_RIGHT ? 0.2 : 0.0;
-        return Mix(RodTone(y - BAR_TOP), Grey(0.2), fShadow);
+        const double dShadow = x >= PIN_RIGHT && x < PIN_RIGHT + 1.0 ? 0.5 : x >= PIN_RIGHT ? 0.2 : 0.0;
+        return Mix(RodTone(y - BAR_TOP), Grey(0.2), dShadow);
     });
 }

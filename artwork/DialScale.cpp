@@ -36,27 +36,27 @@ const QColor g_fine(0x8C, 0x92, 0x9C);
 const QColor g_inTune(0xC4, 0xEB, 0xC8);
 const QColor g_side(0x9A, 0xA0, 0xAA);
 
-double AngleOf(double fCents) {
-    return fCents * DEGREES_A_CENT * std::numbers::pi / 180.0;
+double AngleOf(double dCents) {
+    return dCents * DEGREES_A_CENT * std::numbers::pi / 180.0;
 }
 
-QPointF OnCircle(double fCents, double fRadius) {
-    const double fAngle = AngleOf(fCents);
-    return {PIVOT_X + std::sin(fAngle) * fRadius, PIVOT_Y - std::cos(fAngle) * fRadius};
+QPointF OnCircle(double dCents, double dRadius) {
+    const double dAngle = AngleOf(dCents);
+    return {PIVOT_X + std::sin(dAngle) * dRadius, PIVOT_Y - std::cos(dAngle) * dRadius};
 }
 
-QRectF Circle(double fRadius) {
-    return {PIVOT_X - fRadius, PIVOT_Y - fRadius, 2.0 * fRadius, 2.0 * fRadius};
+QRectF Circle(double dRadius) {
+    return {PIVOT_X - dRadius, PIVOT_Y - dRadius, 2.0 * dRadius, 2.0 * dRadius};
 }
 
 // A piece of a ring between two cents.
-QPainterPath Ring(double fFrom, double fTo, double fInner, double fOuter) {
-    const double fStart = 90.0 - fFrom * DEGREES_A_CENT;
-    const double fSweep = (fFrom - fTo) * DEGREES_A_CENT;
+QPainterPath Ring(double dFrom, double dTo, double dInner, double dOuter) {
+    const double dStart = 90.0 - dFrom * DEGREES_A_CENT;
+    const double dSweep = (dFrom - dTo) * DEGREES_A_CENT;
     QPainterPath path;
-    path.arcMoveTo(Circle(fOuter), fStart);
-    path.arcTo(Circle(fOuter), fStart, fSweep);
-    path.arcTo(Circle(fInner), fStart + fSweep, -fSweep);
+    path.arcMoveTo(Circle(dOuter), dStart);
+    path.arcTo(Circle(dOuter), dStart, dSweep);
+    path.arcTo(Circle(dInner), dStart + dSweep, -dSweep);
     path.closeSubpath();
     return path;
 }
@@ -65,15 +65,15 @@ QPainterPath Ring(double fFrom, double fTo, double fInner, double fOuter) {
 // between two of them, where smoothing would wash them into one grey.
 void PaintCents(QPainter& painter) {
     for (int y = 0; y < SCALE_HEIGHT; ++y) {
-        const double fDown = PIVOT_Y - (y + 0.5);
+        const double dDown = PIVOT_Y - (y + 0.5);
         for (int nCents = -LAST_CENT; nCents <= LAST_CENT; ++nCents) {
-            const double fRadius = fDown / std::cos(AngleOf(nCents));
-            const double fCover = std::clamp(fRadius - CENT_FOOT + 0.5, 0.0, 1.0) *
-                                  std::clamp(TICK_TOP - fRadius + 0.5, 0.0, 1.0);
-            if (fCover > 0.0) {
+            const double dRadius = dDown / std::cos(AngleOf(nCents));
+            const double dCover = std::clamp(dRadius - CENT_FOOT + 0.5, 0.0, 1.0) *
+                                  std::clamp(TICK_TOP - dRadius + 0.5, 0.0, 1.0);
+            if (dCover > 0.0) {
                 QColor color = nCents % 5 == 0 ? g_ink : g_fine;
-                color.setAlphaF(static_cast<float>(fCover));
-                const double x = PIVOT_X + fDown * std::tan(AngleOf(nCents));
+                color.setAlphaF(static_cast<float>(dCover));
+                const double x = PIVOT_X + dDown * std::tan(AngleOf(nCents));
                 painter.fillRect(QRectF(std::floor(x), y, 1.0, 1.0), color);
             }
         }
@@ -83,8 +83,8 @@ void PaintCents(QPainter& painter) {
 // The lower part of a tick that is longer than those of single cents.
 void PaintFoot(QPainter& painter, int nCents) {
     const bool bLong = nCents % 10 == 0 || std::abs(nCents) == 25;
-    const double fWidth = nCents == 0 ? 3.0 : bLong ? 1.6 : 1.2;
-    painter.setPen(QPen(g_ink, fWidth, Qt::SolidLine, Qt::FlatCap));
+    const double dWidth = nCents == 0 ? 3.0 : bLong ? 1.6 : 1.2;
+    painter.setPen(QPen(g_ink, dWidth, Qt::SolidLine, Qt::FlatCap));
     painter.drawLine(OnCircle(nCents, bLong ? TEN_FOOT : FIVE_FOOT), OnCircle(nCents, CENT_FOOT));
     painter.setPen(Qt::NoPen);
 }
@@ -98,12 +98,12 @@ void PaintNumber(QPainter& painter, int nCents) {
 }
 
 // Which side is too low and which too high, in the players' own signs, in the free corners.
-void PaintSide(QPainter& painter, const QPainterPath& sign, double fCentreX) {
+void PaintSide(QPainter& painter, const QPainterPath& sign, double dCentreX) {
     constexpr double SIGN_SCALE = 0.5;
     constexpr double SIGN_TOP = 8.0;
     const QPainterPath small = QTransform::fromScale(SIGN_SCALE, SIGN_SCALE).map(sign);
     const QRectF box = small.boundingRect();
-    painter.fillPath(small.translated(fCentreX - box.center().x(), SIGN_TOP - box.top()), g_side);
+    painter.fillPath(small.translated(dCentreX - box.center().x(), SIGN_TOP - box.top()), g_side);
 }
 
 }  // namespace

@@ -51,8 +51,8 @@ GlyphStrip Emboss(const QPainterPath& path, int nWidth) {
     CField height = DistanceInside(cover);
     for (int y = 0; y < height.GetHeight(); ++y) {
         for (int x = 0; x < height.GetWidth(); ++x) {
-            const double fDown = 1.0 - std::min(height.At(x, y) / RISE, 1.0);
-            height.At(x, y) = RISE * 0.60 * std::sqrt(1.0 - fDown * fDown);
+            const double dDown = 1.0 - std::min(height.At(x, y) / RISE, 1.0);
+            height.At(x, y) = RISE * 0.60 * std::sqrt(1.0 - dDown * dDown);
         }
     }
     Blur(height, 3);
@@ -61,14 +61,14 @@ GlyphStrip Emboss(const QPainterPath& path, int nWidth) {
     CField shaded(nWidth, STRIP_HEIGHT);
     for (int y = 0; y < height.GetHeight(); ++y) {
         for (int x = 0; x < height.GetWidth(); ++x) {
-            const double fSlopeX = (height.Near(x + 1, y) - height.Near(x - 1, y)) * SAMPLES / 2.0;
-            const double fSlopeY = (height.Near(x, y + 1) - height.Near(x, y - 1)) * SAMPLES / 2.0;
-            const double fLight = (-fSlopeX * LIGHT_X - fSlopeY * LIGHT_Y + LIGHT_Z) /
-                                  std::sqrt(fSlopeX * fSlopeX + fSlopeY * fSlopeY + 1.0) / LIGHT_Z;
-            const double fGleam = std::clamp(fLight - 1.0, 0.0, 1.0) * GLEAM;
-            const double fShade = std::clamp(1.0 - fLight, 0.0, 1.0) * SHADE;
-            tinted.At(x, y) = cover.At(x, y) * (1.0 - fGleam);
-            shaded.At(x, y) = cover.At(x, y) * fShade;
+            const double dSlopeX = (height.Near(x + 1, y) - height.Near(x - 1, y)) * SAMPLES / 2.0;
+            const double dSlopeY = (height.Near(x, y + 1) - height.Near(x, y - 1)) * SAMPLES / 2.0;
+            const double dLight = (-dSlopeX * LIGHT_X - dSlopeY * LIGHT_Y + LIGHT_Z) /
+                                  std::sqrt(dSlopeX * dSlopeX + dSlopeY * dSlopeY + 1.0) / LIGHT_Z;
+            const double dGleam = std::clamp(dLight - 1.0, 0.0, 1.0) * GLEAM;
+            const double dShade = std::clamp(1.0 - dLight, 0.0, 1.0) * SHADE;
+            tinted.At(x, y) = cover.At(x, y) * (1.0 - dGleam);
+            shaded.At(x, y) = cover.At(x, y) * dShade;
         }
     }
 
@@ -94,8 +94,8 @@ GlyphStrip DrawLetterStrip() {
     for (std::size_t i = 0; i < 7; ++i) {
         const QPainterPath glyph = GlyphOutline("ABCDEFG"[i]);
         // Upright stems begin on a whole column and stay crisp.
-        const double fLeft = std::floor(LETTER_EDGES[i + 1] - GAP_BEHIND - glyph.boundingRect().width());
-        path.addPath(glyph.translated(fLeft, 0.0));
+        const double dLeft = std::floor(LETTER_EDGES[i + 1] - GAP_BEHIND - glyph.boundingRect().width());
+        path.addPath(glyph.translated(dLeft, 0.0));
     }
     path.addPath(SharpOutline().translated(LETTER_EDGES[7] + GAP_BEFORE_ACCIDENTAL, 0.0));
     path.addPath(FlatOutline().translated(LETTER_EDGES[8] + GAP_BEFORE_ACCIDENTAL, 0.0));

@@ -29,41 +29,41 @@ constexpr double BOSS = 12.5;    // the raised middle
 constexpr double OUTLINE = 0.9;  // a dark edge against the white ground
 
 // Slope outward along the radius.
-double SlopeAt(double fRadius) {
-    const double fFace = RADIUS - OUTLINE - RIM - GROOVE;
-    if (fRadius > fFace + GROOVE) {
-        const double u = std::clamp((fRadius - (RADIUS - OUTLINE - RIM / 2.0)) / (RIM / 2.0), -0.93, 0.93);
+double SlopeAt(double dRadius) {
+    const double dFace = RADIUS - OUTLINE - RIM - GROOVE;
+    if (dRadius > dFace + GROOVE) {
+        const double u = std::clamp((dRadius - (RADIUS - OUTLINE - RIM / 2.0)) / (RIM / 2.0), -0.93, 0.93);
         return -u / std::sqrt(1.0 - u * u) * 0.8;
     }
-    if (fRadius > BOSS) {
+    if (dRadius > BOSS) {
         return -0.10;
     }
-    const double u = std::clamp(fRadius / BOSS, 0.0, 0.96);
+    const double u = std::clamp(dRadius / BOSS, 0.0, 0.96);
     return -u / std::sqrt(1.0 - u * u) * 0.55;
 }
 
 Tone HubTone(double x, double y) {
     const double dx = x - CENTRE_X;
     const double dy = y - CENTRE_Y;
-    const double fRadius = std::hypot(dx, dy);
-    if (fRadius > RADIUS) {
+    const double dRadius = std::hypot(dx, dy);
+    if (dRadius > RADIUS) {
         return Grey(SURROUNDINGS);
     }
-    if (fRadius > RADIUS - OUTLINE) {
+    if (dRadius > RADIUS - OUTLINE) {
         return Grey(0.30);
     }
-    const double fFace = RADIUS - OUTLINE - RIM - GROOVE;
-    if (fRadius > fFace && fRadius <= fFace + GROOVE) {
+    const double dFace = RADIUS - OUTLINE - RIM - GROOVE;
+    if (dRadius > dFace && dRadius <= dFace + GROOVE) {
         return Grey(0.34);
     }
-    const double fSlope = SlopeAt(fRadius);
-    double fLight = SlopeLight(fSlope * dx / fRadius, fSlope * dy / fRadius);
-    if (fRadius > BOSS && fRadius <= fFace) {
+    const double dSlope = SlopeAt(dRadius);
+    double dLight = SlopeLight(dSlope * dx / dRadius, dSlope * dy / dRadius);
+    if (dRadius > BOSS && dRadius <= dFace) {
         // Turned on a lathe: bright and dark fans around the middle.
-        const double fAngle = std::atan2(dy, dx);
-        fLight += 0.10 * std::cos(2.0 * (fAngle + 2.05)) - 0.04;
+        const double dAngle = std::atan2(dy, dx);
+        dLight += 0.10 * std::cos(2.0 * (dAngle + 2.05)) - 0.04;
     }
-    return Grey(std::min(fLight, BRIGHTEST));
+    return Grey(std::min(dLight, BRIGHTEST));
 }
 
 }  // namespace

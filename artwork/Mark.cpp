@@ -35,8 +35,8 @@ std::vector<MarkShape> MarkShapes() {
 
     QPainterPath strings;
     for (int i = 0; i < 6; ++i) {
-        const double fWidth = 3.0 - 0.36 * i;
-        strings.addRect(QRectF(UNITS / 2.0 + 7.75 * (i - 2.5) - fWidth / 2.0, 0.0, fWidth, UNITS));
+        const double dWidth = 3.0 - 0.36 * i;
+        strings.addRect(QRectF(UNITS / 2.0 + 7.75 * (i - 2.5) - dWidth / 2.0, 0.0, dWidth, UNITS));
     }
     shapes.push_back({strings, QColor(0x9C, 0xC2, 0xF2), QColor(0x5F, 0x90, 0xD4)});
 
@@ -92,9 +92,9 @@ void WritePath(std::ostream& svg, const QPainterPath& path) {
 
 }  // namespace
 
-void PaintMark(QPainter& painter, double fSide) {
+void PaintMark(QPainter& painter, double dSide) {
     painter.save();
-    painter.scale(fSide / UNITS, fSide / UNITS);
+    painter.scale(dSide / UNITS, dSide / UNITS);
     for (const MarkShape& shape : MarkShapes()) {
         QLinearGradient gradient(0.0, 0.0, 0.0, UNITS);
         gradient.setColorAt(0.0, shape.top);

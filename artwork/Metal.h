@@ -6,4 +6,4 @@
 double RodLight(double u);
 
 // Light on a surface that leans by (dx, dy), its slope to the right and downward, lit from the top left.
-double SlopeLight(double fSlopeX, double fSlopeY);
+double SlopeLight(double dSlopeX, double dSlopeY);

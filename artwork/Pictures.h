@@ -34,6 +34,6 @@ struct Logo {
 Logo DrawLogo();
 
 // The product's mark, in a square of a given side: for the logo and the icons.
-void PaintMark(QPainter& painter, double fSide);
+void PaintMark(QPainter& painter, double dSide);
 QImage DrawIcon(int nSide);
 std::string IconAsSvg();

@@ -2,15 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
-Tone Mix(const Tone& from, const Tone& to, double fPart) {
-    return {from.fRed + (to.fRed - from.fRed) * fPart, from.fGreen + (to.fGreen - from.fGreen) * fPart,
-            from.fBlue + (to.fBlue - from.fBlue) * fPart};
+Tone Mix(const Tone& from, const Tone& to, double dPart) {
+    return {from.dRed + (to.dRed - from.dRed) * dPart, from.dGreen + (to.dGreen - from.dGreen) * dPart,
+            from.dBlue + (to.dBlue - from.dBlue) * dPart};
 }
 
-std::uint8_t ToByte(double fLight) {
-    return static_cast<std::uint8_t>(std::lround(std::clamp(fLight, 0.0, 1.0) * 255.0));
+std::uint8_t ToByte(double dLight) {
+    return static_cast<std::uint8_t>(std::lround(std::clamp(dLight, 0.0, 1.0) * 255.0));
 }
 
 double CField::Near(int x, int y) const {
@@ -18,13 +17,13 @@ double CField::Near(int x, int y) const {
 }
 
 double CField::Mean(int xPixel, int yPixel) const {
-    double fSum = 0.0;
+    double dSum = 0.0;
     for (int y = yPixel * SAMPLES; y < (yPixel + 1) * SAMPLES; ++y) {
         for (int x = xPixel * SAMPLES; x < (xPixel + 1) * SAMPLES; ++x) {
-            fSum += At(x, y);
+            dSum += At(x, y);
         }
     }
-    return fSum / (SAMPLES * SAMPLES);
+    return dSum / (SAMPLES * SAMPLES);
 }
 
 CField Cover(const QPainterPath& path, int nWidth, int nHeight) {
@@ -52,54 +51,54 @@ CField DistanceInside(const CField& cover) {
     CField down(nWidth / SAMPLES, nHeight / SAMPLES);
     for (int x = 0; x < nWidth; ++x) {
         const auto isFree = [&](int y) { return cover.At(x, y) < 0.5; };
-        double fRun = nHeight;
+        double dRun = nHeight;
         for (int y = 0; y < nHeight; ++y) {
-            fRun = isFree(y) ? 0.0 : fRun + 1.0;
-            down.At(x, y) = fRun;
+            dRun = isFree(y) ? 0.0 : dRun + 1.0;
+            down.At(x, y) = dRun;
         }
-        fRun = nHeight;
+        dRun = nHeight;
         for (int y = nHeight - 1; y >= 0; --y) {
-            fRun = isFree(y) ? 0.0 : fRun + 1.0;
-            down.At(x, y) = std::min(down.At(x, y), fRun);
+            dRun = isFree(y) ? 0.0 : dRun + 1.0;
+            down.At(x, y) = std::min(down.At(x, y), dRun);
         }
     }
     CField distance(nWidth / SAMPLES, nHeight / SAMPLES);
     for (int y = 0; y < nHeight; ++y) {
         for (int x = 0; x < nWidth; ++x) {
-            double fBest = down.At(x, y) * down.At(x, y);
-            for (int dx = 1; dx * dx < fBest; ++dx) {
+            double dBest = down.At(x, y) * down.At(x, y);
+            for (int dx = 1; dx * dx < dBest; ++dx) {
                 for (const int xOther : {x - dx, x + dx}) {
                     if (xOther >= 0 && xOther < nWidth) {
-                        fBest = std::min(fBest, dx * dx + down.At(xOther, y) * down.At(xOther, y));
+                        dBest = std::min(dBest, dx * dx + down.At(xOther, y) * down.At(xOther, y));
                     }
                 }
             }
-            distance.At(x, y) = std::sqrt(fBest) / SAMPLES;
+            distance.At(x, y) = std::sqrt(dBest) / SAMPLES;
         }
     }
     return distance;
 }
 
 void Blur(CField& field, int nRadius) {
-    const double fSize = 2 * nRadius + 1;
+    const double dSize = 2 * nRadius + 1;
     for (int nPass = 0; nPass < 2; ++nPass) {
         CField across = field;
         for (int y = 0; y < field.GetHeight(); ++y) {
             for (int x = 0; x < field.GetWidth(); ++x) {
-                double fSum = 0.0;
+                double dSum = 0.0;
                 for (int d = -nRadius; d <= nRadius; ++d) {
-                    fSum += field.Near(x + d, y);
+                    dSum += field.Near(x + d, y);
                 }
-                across.At(x, y) = fSum / fSize;
+                across.At(x, y) = dSum / dSize;
             }
         }
         for (int y = 0; y < field.GetHeight(); ++y) {
             for (int x = 0; x < field.GetWidth(); ++x) {
-                double fSum = 0.0;
+                double dSum = 0.0;
                 for (int d = -nRadius; d <= nRadius; ++d) {
-                    fSum += across.Near(x, y + d);
+                    dSum += across.Near(x, y + d);
                 }
-                field.At(x, y) = fSum / fSize;
+                field.At(x, y) = dSum / dSize;
             }
         }
     }
@@ -121,10 +120,10 @@ QImage PaintSamples(int nWidth, int nHeight, const QColor& ground,
 }
 
 struct Sums {
-    double fRed = 0.0;
-    double fGreen = 0.0;
-    double fBlue = 0.0;
-    double fAlpha = 0.0;
+    double dRed = 0.0;
+    double dGreen = 0.0;
+    double dBlue = 0.0;
+    double dAlpha = 0.0;
 };
 
 // The means of premultiplied colour and of opacity over one pixel, 0 to 255.
@@ -133,14 +132,14 @@ Sums MeanOfPixel(const QImage& image, int xPixel, int yPixel) {
     for (int y = yPixel * SAMPLES; y < (yPixel + 1) * SAMPLES; ++y) {
         const auto* const pRow = reinterpret_cast<const QRgb*>(image.constScanLine(y));
         for (int x = xPixel * SAMPLES; x < (xPixel + 1) * SAMPLES; ++x) {
-            sums.fRed += qRed(pRow[x]);
-            sums.fGreen += qGreen(pRow[x]);
-            sums.fBlue += qBlue(pRow[x]);
-            sums.fAlpha += qAlpha(pRow[x]);
+            sums.dRed += qRed(pRow[x]);
+            sums.dGreen += qGreen(pRow[x]);
+            sums.dBlue += qBlue(pRow[x]);
+            sums.dAlpha += qAlpha(pRow[x]);
         }
     }
     constexpr double COUNT = SAMPLES * SAMPLES;
-    return {sums.fRed / COUNT, sums.fGreen / COUNT, sums.fBlue / COUNT, sums.fAlpha / COUNT};
+    return {sums.dRed / COUNT, sums.dGreen / COUNT, sums.dBlue / COUNT, sums.dAlpha / COUNT};
 }
 
 }  // namespace
@@ -151,8 +150,8 @@ CPicture Paint(int nWidth, int nHeight, const QColor& ground, const std::functio
     for (int y = 0; y < nHeight; ++y) {
         for (int x = 0; x < nWidth; ++x) {
             const Sums mean = MeanOfPixel(image, x, y);
-            picture.At(x, y) = {ToByte(mean.fRed / 255.0), ToByte(mean.fGreen / 255.0),
-                                ToByte(mean.fBlue / 255.0)};
+            picture.At(x, y) = {ToByte(mean.dRed / 255.0), ToByte(mean.dGreen / 255.0),
+                                ToByte(mean.dBlue / 255.0)};
         }
     }
     return picture;
@@ -164,10 +163,10 @@ QImage PaintClear(int nWidth, int nHeight, const std::function<void(QPainter&)>&
     for (int y = 0; y < nHeight; ++y) {
         for (int x = 0; x < nWidth; ++x) {
             const Sums mean = MeanOfPixel(image, x, y);
-            const double fScale = mean.fAlpha > 0.0 ? 1.0 / mean.fAlpha : 0.0;
+            const double dScale = mean.dAlpha > 0.0 ? 1.0 / mean.dAlpha : 0.0;
             clear.setPixel(x, y,
-                           qRgba(ToByte(mean.fRed * fScale), ToByte(mean.fGreen * fScale),
-                                 ToByte(mean.fBlue * fScale), ToByte(mean.fAlpha / 255.0)));
+                           qRgba(ToByte(mean.dRed * dScale), ToByte(mean.dGreen * dScale),
+                                 ToByte(mean.dBlue * dScale), ToByte(mean.dAlpha / 255.0)));
         }
     }
     return clear;
@@ -182,13 +181,13 @@ CPicture Shade(int nWidth, int nHeight, const std::function<Tone(double, double)
                 const int nColumn = i % SAMPLES;
                 const int nRow = i / SAMPLES;
                 const Tone sample = tone(x + (nColumn + 0.5) / SAMPLES, y + (nRow + 0.5) / SAMPLES);
-                sum.fRed += sample.fRed;
-                sum.fGreen += sample.fGreen;
-                sum.fBlue += sample.fBlue;
+                sum.dRed += sample.dRed;
+                sum.dGreen += sample.dGreen;
+                sum.dBlue += sample.dBlue;
             }
             constexpr double COUNT = SAMPLES * SAMPLES;
-            picture.At(x, y) = {ToByte(sum.fRed / COUNT), ToByte(sum.fGreen / COUNT),
-                                ToByte(sum.fBlue / COUNT)};
+            picture.At(x, y) = {ToByte(sum.dRed / COUNT), ToByte(sum.dGreen / COUNT),
+                                ToByte(sum.dBlue / COUNT)};
         }
     }
     return picture;

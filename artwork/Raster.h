@@ -14,15 +14,15 @@ inline constexpr int SAMPLES = 8;
 
 // Light of each channel, 0 to 1.
 struct Tone {
-    double fRed = 1.0;
-    double fGreen = 1.0;
-    double fBlue = 1.0;
+    double dRed = 1.0;
+    double dGreen = 1.0;
+    double dBlue = 1.0;
 };
-constexpr Tone Grey(double fLight) {
-    return {fLight, fLight, fLight};
+constexpr Tone Grey(double dLight) {
+    return {dLight, dLight, dLight};
 }
-Tone Mix(const Tone& from, const Tone& to, double fPart);
-std::uint8_t ToByte(double fLight);
+Tone Mix(const Tone& from, const Tone& to, double dPart);
+std::uint8_t ToByte(double dLight);
 
 // A plane of numbers, SAMPLES times as wide and high as the picture that it belongs to. It starts at 0.
 class CField {

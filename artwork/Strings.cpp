@@ -23,7 +23,7 @@ constexpr double TURN_LEAN = 1.2;  // rows that a turn rises across the string
 struct Metals {
     Tone string;
     Tone post;
-    double fShadow;
+    double dShadow;
 };
 
 Metals MetalsOf(StringKind kind) {
@@ -41,48 +41,48 @@ Metals MetalsOf(StringKind kind) {
     return {Grey(1.0), Grey(1.0), 0.12};
 }
 
-Tone Lit(const Tone& metal, double fLight) {
-    return {metal.fRed * fLight, metal.fGreen * fLight, metal.fBlue * fLight};
+Tone Lit(const Tone& metal, double dLight) {
+    return {metal.dRed * dLight, metal.dGreen * dLight, metal.dBlue * dLight};
 }
 
 Tone PostTone(const Tone& metal, double dx, double dy) {
-    const double fRadius = std::hypot(dx, dy);
-    if (fRadius > POST_RADIUS - 0.8) {
+    const double dRadius = std::hypot(dx, dy);
+    if (dRadius > POST_RADIUS - 0.8) {
         return Lit(metal, 0.42);
     }
-    const double u = fRadius / POST_RADIUS;
-    const double fSlope = -u / std::sqrt(1.0 - u * u) * 0.7;
-    return fRadius < 0.01 ? Lit(metal, 0.9)
-                          : Lit(metal, SlopeLight(fSlope * dx / fRadius, fSlope * dy / fRadius));
+    const double u = dRadius / POST_RADIUS;
+    const double dSlope = -u / std::sqrt(1.0 - u * u) * 0.7;
+    return dRadius < 0.01 ? Lit(metal, 0.9)
+                          : Lit(metal, SlopeLight(dSlope * dx / dRadius, dSlope * dy / dRadius));
 }
 
 Tone StringTone(StringKind kind, const Tone& metal, double u, double y) {
-    double fLight = RodLight(u * 0.98);
+    double dLight = RodLight(u * 0.98);
     if (kind == StringKind::Wound) {
-        const double fPhase = (y - u * TURN_LEAN / 2.0) / TURN;
-        const double fTurn = 2.0 * (fPhase - std::floor(fPhase)) - 1.0;
-        fLight *= 0.30 + 0.86 * std::sqrt(1.0 - fTurn * fTurn * 0.96) - 0.12 * fTurn;
+        const double dPhase = (y - u * TURN_LEAN / 2.0) / TURN;
+        const double dTurn = 2.0 * (dPhase - std::floor(dPhase)) - 1.0;
+        dLight *= 0.30 + 0.86 * std::sqrt(1.0 - dTurn * dTurn * 0.96) - 0.12 * dTurn;
     }
-    return Lit(metal, fLight);
+    return Lit(metal, dLight);
 }
 
 }  // namespace
 
 CPicture DrawString(StringKind kind) {
     const Metals metals = MetalsOf(kind);
-    const double fRadius = kind == StringKind::Wound ? WOUND_RADIUS : PLAIN_RADIUS;
+    const double dRadius = kind == StringKind::Wound ? WOUND_RADIUS : PLAIN_RADIUS;
     CPicture picture = Shade(STRING_WIDTH, STRING_HEIGHT, [&](double x, double y) {
         const double dx = x - MIDDLE;
         const double dy = y - POST_Y;
-        if (y > POST_Y && std::abs(dx) < fRadius) {
-            return StringTone(kind, metals.string, dx / fRadius, y);
+        if (y > POST_Y && std::abs(dx) < dRadius) {
+            return StringTone(kind, metals.string, dx / dRadius, y);
         }
         if (std::hypot(dx, dy) < POST_RADIUS) {
             return PostTone(metals.post, dx, dy);
         }
-        const double fAway = (dx - fRadius) / 2.4;
-        const bool bShadow = y > POST_Y && fAway > 0.0 && fAway < 1.0;
-        return Grey(bShadow ? 1.0 - metals.fShadow * (1.0 - fAway) * (1.0 - fAway) : 1.0);
+        const double dAway = (dx - dRadius) / 2.4;
+        const bool bShadow = y > POST_Y && dAway > 0.0 && dAway < 1.0;
+        return Grey(bShadow ? 1.0 - metals.dShadow * (1.0 - dAway) * (1.0 - dAway) : 1.0);
     });
     if (kind == StringKind::Disabled) {
         for (int y = 0; y < STRING_HEIGHT; ++y) {

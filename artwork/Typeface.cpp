@@ -29,8 +29,8 @@ bool HasTypeface() {
     return QFontInfo(Face(QFont::Bold)).family() == QStringLiteral("Inter");
 }
 
-QPainterPath TextOutline(const QString& strText, QFont::Weight weight, double fCapHeight) {
-    const double fScale = fCapHeight / Outline(QStringLiteral("H"), weight).boundingRect().height();
+QPainterPath TextOutline(const QString& strText, QFont::Weight weight, double dCapHeight) {
+    const double dScale = dCapHeight / Outline(QStringLiteral("H"), weight).boundingRect().height();
     const QPainterPath path = Outline(strText, weight);
-    return QTransform::fromScale(fScale, fScale).map(path.translated(-path.boundingRect().left(), 0.0));
+    return QTransform::fromScale(dScale, dScale).map(path.translated(-path.boundingRect().left(), 0.0));
 }

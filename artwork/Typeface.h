@@ -9,5 +9,5 @@
 // False if the typeface isn't installed: its place would be taken by whatever the system has.
 bool HasTypeface();
 
-// A text's outlines, unhinted, capitals fCapHeight high, on the baseline y = 0, ink starting at x = 0.
-QPainterPath TextOutline(const QString& strText, QFont::Weight weight, double fCapHeight);
+// A text's outlines, unhinted, capitals dCapHeight high, on the baseline y = 0, ink starting at x = 0.
+QPainterPath TextOutline(const QString& strText, QFont::Weight weight, double dCapHeight);

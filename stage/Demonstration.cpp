@@ -59,7 +59,7 @@ bool Demonstrate(const std::filesystem::path& directory) {
     int nString = 6;
     for (const Note& note : notes) {
         const PreparedPluck pluck = PreparePluck(note, 3.0, waves.GetPath() / "pluck.wav");
-        if (pluck.fFrequency <= 0.0 || !sound.PlayIntoMicrophone(pluck.waveFile)) {
+        if (pluck.dFrequency <= 0.0 || !sound.PlayIntoMicrophone(pluck.waveFile)) {
             std::cerr << "The guitar could not be rendered or played.\n";
             return false;
         }
@@ -76,7 +76,7 @@ bool Demonstrate(const std::filesystem::path& directory) {
         pictures.push_back(*picture);
         strTable +=
             FormatText("%d       %-2s %+6.1f c %8.2f Hz  %-2s %+3d c\n", nString, pluck.strNote.c_str(),
-                       pluck.fCents, pluck.fFrequency, reading.strNote.c_str(), reading.nCents.value_or(-99));
+                       pluck.dCents, pluck.dFrequency, reading.strNote.c_str(), reading.nCents.value_or(-99));
         sound.StopPlaying();
         std::this_thread::sleep_for(200ms);
         --nString;

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdlib>
 #include <map>
 #include <numbers>
 #include <span>
@@ -14,6 +13,8 @@ namespace {
 
 constexpr int DIAL_X = 250;
 constexpr int DIAL_Y = 43;
+constexpr int HEAD_LINE_Y = DIAL_Y + 20;
+constexpr int NOTE_X = DIAL_X + 22;
 constexpr int GLYPH_ROWS = 27;
 
 constexpr std::array<int, 10> LETTER_EDGES{0, 32, 60, 90, 119, 146, 170, 200, 225, 249};
@@ -53,7 +54,7 @@ int Luminance(std::uint32_t color) {
 Picture HeadLineInk(const Picture& window) {
     Picture ink{window.nWidth, window.nHeight, std::vector<std::uint32_t>(window.pixels.size())};
     const auto forEach = [](const auto& visit) {
-        for (int y = DIAL_Y + 20; y < DIAL_Y + 20 + GLYPH_ROWS; ++y) {
+        for (int y = HEAD_LINE_Y; y < HEAD_LINE_Y + GLYPH_ROWS; ++y) {
             for (int x = DIAL_X + 20; x < DIAL_X + 235; ++x) {
                 visit(x, y);
             }
@@ -68,12 +69,55 @@ Picture HeadLineInk(const Picture& window) {
     return ink;
 }
 
+// Whether nothing is written where an accidental would stand.
+bool IsEmpty(const Picture& ink, int x) {
+    for (int y = HEAD_LINE_Y; y < HEAD_LINE_Y + GLYPH_ROWS; ++y) {
+        for (int column = x; column < DIAL_X + 80; ++column) {
+            if (ink.At(column, y) != 0) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
 int Width(std::span<const int> edges, int nGlyph) {
     return edges[static_cast<std::size_t>(nGlyph) + 1] - edges[static_cast<std::size_t>(nGlyph)];
 }
 
 // How much of the ink must lie where the shape has it, for a glyph to be recognised at all.
 constexpr double MIN_AGREEMENT = 0.9;
+
+// Between the scale and the hub nothing but the needle stands on the white ground: the middle of its pixels
+// in each row gives the angle around the pivot.
+void ReadNeedle(const Picture& window, DisplayedReading& reading) {
+    double dSine = 0.0;
+    double dCosine = 0.0;
+    std::map<std::uint32_t, int> colors;
+    for (int y = 132; y < 225; ++y) {
+        double dSum = 0.0;
+        int nCount = 0;
+        for (int x = 4; x < 236; ++x) {
+            const std::uint32_t color = window.At(DIAL_X + x, DIAL_Y + y);
+            if (color != 0xFFFFFFU) {
+                dSum += x;
+                ++nCount;
+                ++colors[color];
+            }
+        }
+        if (nCount > 0) {
+            dSine += dSum / nCount - 120.0;
+            dCosine += 270.0 - y;
+        }
+    }
+    if (!colors.empty()) {
+        reading.dNeedleCents = std::atan2(dSine, dCosine) * 180.0 / std::numbers::pi / 0.6;
+        reading.needleColor =
+            std::max_element(colors.begin(), colors.end(), [](const auto& a, const auto& b) {
+                return a.second < b.second;
+            })->first;
+    }
+}
 
 }  // namespace
 
@@ -105,89 +149,57 @@ double CDisplayReader::Agreement(const Picture& ink, const Strip& strip, int xSo
 }
 
 DisplayedReading CDisplayReader::Read(const Picture& window) const {
-    DisplayedReading reading;
     const Picture ink = HeadLineInk(window);
+    DisplayedReading reading;
+    reading.strNote = ReadNote(ink);
+    reading.nCents = ReadCents(ink);
+    ReadNeedle(window, reading);
+    return reading;
+}
 
-    // The name is the spelling whose glyphs agree best, its empty remainder included.
-    double fBest = 0.0;
+// The spelling whose glyphs agree best, its empty remainder included.
+std::string CDisplayReader::ReadNote(const Picture& ink) const {
+    const auto agreement = [this, &ink](int nGlyph, int x) {
+        return Agreement(ink, m_letters, LETTER_EDGES[static_cast<std::size_t>(nGlyph)],
+                         Width(LETTER_EDGES, nGlyph), x, HEAD_LINE_Y);
+    };
+    std::string strBest;
+    double dBest = MIN_AGREEMENT;
     for (const Spelling& spelling : SPELLINGS) {
-        const int nLetterWidth = Width(LETTER_EDGES, spelling.nLetter);
-        const int x = DIAL_X + 22;
-        const int y = DIAL_Y + 20;
-        double fAgreement = Agreement(
-            ink, m_letters, LETTER_EDGES[static_cast<std::size_t>(spelling.nLetter)], nLetterWidth, x, y);
-        const int xSecond = x + nLetterWidth;
-        if (spelling.nAccidental >= 0) {
-            fAgreement =
-                std::min(fAgreement, Agreement(ink, m_letters,
-                                               LETTER_EDGES[static_cast<std::size_t>(spelling.nAccidental)],
-                                               Width(LETTER_EDGES, spelling.nAccidental), xSecond, y));
-        } else {
-            for (int row = 0; row < GLYPH_ROWS; ++row) {
-                for (int column = xSecond; column < DIAL_X + 80; ++column) {
-                    fAgreement = ink.At(column, y + row) != 0 ? 0.0 : fAgreement;
-                }
-            }
-        }
-        if (fAgreement > fBest) {
-            fBest = fAgreement;
-            reading.strNote = spelling.szName;
+        const int xSecond = NOTE_X + Width(LETTER_EDGES, spelling.nLetter);
+        const double dLetter = agreement(spelling.nLetter, NOTE_X);
+        const double dRest = spelling.nAccidental >= 0 ? agreement(spelling.nAccidental, xSecond)
+                             : IsEmpty(ink, xSecond)   ? 1.0
+                                                       : 0.0;
+        if (std::min(dLetter, dRest) > dBest) {
+            dBest = std::min(dLetter, dRest);
+            strBest = spelling.szName;
         }
     }
-    if (fBest < MIN_AGREEMENT) {
-        reading.strNote.clear();
-    }
+    return strBest;
+}
 
-    const auto bestDigit = [&](int x) {
+std::optional<int> CDisplayReader::ReadCents(const Picture& ink) const {
+    const auto agreement = [this, &ink](int nGlyph, int cx, int x) {
+        return Agreement(ink, m_digits, DIGIT_EDGES[static_cast<std::size_t>(nGlyph)], cx, DIAL_X + x,
+                         HEAD_LINE_Y);
+    };
+    const auto bestDigit = [&agreement](int x) {
         std::pair<double, int> best{0.0, -1};
         for (int nDigit = 0; nDigit < 10; ++nDigit) {
             // A cell's last columns may lie under the next one.
-            const int cx = std::min(Width(DIGIT_EDGES, nDigit), 24);
-            best = std::max(best, {Agreement(ink, m_digits, DIGIT_EDGES[static_cast<std::size_t>(nDigit)], cx,
-                                             DIAL_X + x, DIAL_Y + 20),
-                                   nDigit});
+            best = std::max(best, {agreement(nDigit, std::min(Width(DIGIT_EDGES, nDigit), 24), x), nDigit});
         }
         return best.first < MIN_AGREEMENT ? -1 : best.second;
     };
     const int nTens = bestDigit(143);
     const int nOnes = bestDigit(168);
-    const double fPlus =
-        Agreement(ink, m_digits, DIGIT_EDGES[PLUS], Width(DIGIT_EDGES, PLUS), DIAL_X + 119, DIAL_Y + 20);
-    const double fMinus =
-        Agreement(ink, m_digits, DIGIT_EDGES[MINUS], Width(DIGIT_EDGES, MINUS), DIAL_X + 125, DIAL_Y + 20);
-    if (nTens >= 0 && nOnes >= 0 && std::max(fPlus, fMinus) > MIN_AGREEMENT) {
-        reading.nCents = (fPlus > fMinus ? 1 : -1) * (10 * nTens + nOnes);
+    const double dPlus = agreement(PLUS, Width(DIGIT_EDGES, PLUS), 119);
+    const double dMinus = agreement(MINUS, Width(DIGIT_EDGES, MINUS), 125);
+    if (nTens < 0 || nOnes < 0 || std::max(dPlus, dMinus) <= MIN_AGREEMENT) {
+        return std::nullopt;
     }
-
-    // Between the scale and the hub nothing but the needle stands on the white ground: the middle of its
-    // pixels in each row gives the angle around the pivot.
-    double fSine = 0.0;
-    double fCosine = 0.0;
-    std::map<std::uint32_t, int> colors;
-    for (int y = 132; y < 225; ++y) {
-        double fSum = 0.0;
-        int nCount = 0;
-        for (int x = 4; x < 236; ++x) {
-            const std::uint32_t color = window.At(DIAL_X + x, DIAL_Y + y);
-            if (color != 0xFFFFFFU) {
-                fSum += x;
-                ++nCount;
-                ++colors[color];
-            }
-        }
-        if (nCount > 0) {
-            fSine += fSum / nCount - 120.0;
-            fCosine += 270.0 - y;
-        }
-    }
-    if (!colors.empty()) {
-        reading.fNeedleCents = std::atan2(fSine, fCosine) * 180.0 / std::numbers::pi / 0.6;
-        reading.needleColor =
-            std::max_element(colors.begin(), colors.end(), [](const auto& a, const auto& b) {
-                return a.second < b.second;
-            })->first;
-    }
-    return reading;
+    return (dPlus > dMinus ? 1 : -1) * (10 * nTens + nOnes);
 }
 
 std::optional<int> CDisplayReader::ReadCoarseHighlight(const Picture& window) {

@@ -12,7 +12,7 @@
 struct DisplayedReading {
     std::string strNote;                 // "E", "F#", "Bb"; empty if no glyphs are recognised
     std::optional<int> nCents;           // as the digits tell it
-    std::optional<double> fNeedleCents;  // as the needle points
+    std::optional<double> dNeedleCents;  // as the needle points
     std::uint32_t needleColor = 0;       // 0x00RRGGBB, the colour that the needle is drawn in
 
     // In the colours that a user who has chosen none sees: sounding now; no longer, or not yet.
@@ -41,6 +41,8 @@ private:
         bool Ink(int x, int y) const { return (shape.At(x, y) & 0xFFU) < 128U; }
     };
 
+    std::string ReadNote(const Picture& ink) const;
+    std::optional<int> ReadCents(const Picture& ink) const;
     double Agreement(const Picture& ink, const Strip& strip, int xSource, int cx, int x, int y) const;
 
     Strip m_letters;

@@ -21,32 +21,32 @@ struct Deleter {
 using Settings = std::unique_ptr<fluid_settings_t, Deleter<fluid_settings_t, delete_fluid_settings>>;
 using Synth = std::unique_ptr<fluid_synth_t, Deleter<fluid_synth_t, delete_fluid_synth>>;
 
-double MagnitudeAt(const std::vector<float>& windowed, int nRate, double fFrequency) {
+double MagnitudeAt(const std::vector<float>& windowed, int nRate, double dFrequency) {
     // A phasor that turns with the frequency; renewed now and then so that rounding doesn't build up.
-    const double fStep = 2.0 * std::numbers::pi * fFrequency / nRate;
-    const double fTurnCos = std::cos(fStep);
-    const double fTurnSin = std::sin(fStep);
-    double fCos = 1.0;
-    double fSin = 0.0;
-    double fReal = 0.0;
-    double fImaginary = 0.0;
+    const double dStep = 2.0 * std::numbers::pi * dFrequency / nRate;
+    const double dTurnCos = std::cos(dStep);
+    const double dTurnSin = std::sin(dStep);
+    double dCos = 1.0;
+    double dSin = 0.0;
+    double dReal = 0.0;
+    double dImaginary = 0.0;
     for (std::size_t i = 0; i < windowed.size(); ++i) {
         if (i % 4096 == 0) {
-            fCos = std::cos(fStep * static_cast<double>(i));
-            fSin = std::sin(fStep * static_cast<double>(i));
+            dCos = std::cos(dStep * static_cast<double>(i));
+            dSin = std::sin(dStep * static_cast<double>(i));
         }
-        fReal += fCos * static_cast<double>(windowed[i]);
-        fImaginary += fSin * static_cast<double>(windowed[i]);
-        const double fNextCos = fCos * fTurnCos - fSin * fTurnSin;
-        fSin = fCos * fTurnSin + fSin * fTurnCos;
-        fCos = fNextCos;
+        dReal += dCos * static_cast<double>(windowed[i]);
+        dImaginary += dSin * static_cast<double>(windowed[i]);
+        const double dNextCos = dCos * dTurnCos - dSin * dTurnSin;
+        dSin = dCos * dTurnSin + dSin * dTurnCos;
+        dCos = dNextCos;
     }
-    return std::hypot(fReal, fImaginary);
+    return std::hypot(dReal, dImaginary);
 }
 
 }  // namespace
 
-std::vector<float> RenderPluck(const Note& note, double fSeconds) {
+std::vector<float> RenderPluck(const Note& note, double dSeconds) {
     for (const int nLevel : {FLUID_PANIC, FLUID_ERR, FLUID_WARN, FLUID_INFO, FLUID_DBG}) {
         fluid_set_log_function(
             nLevel, [](int, const char*, void*) {}, nullptr);
@@ -61,9 +61,9 @@ std::vector<float> RenderPluck(const Note& note, double fSeconds) {
         return {};
     }
     fluid_synth_program_change(synth.get(), 0, STEEL_STRING_GUITAR);
-    fluid_synth_set_gen(synth.get(), 0, GEN_FINETUNE, static_cast<float>(note.fCents));
+    fluid_synth_set_gen(synth.get(), 0, GEN_FINETUNE, static_cast<float>(note.dCents));
     fluid_synth_noteon(synth.get(), 0, note.nKey, 100);
-    const auto nFrames = static_cast<std::size_t>(fSeconds * GUITAR_RATE);
+    const auto nFrames = static_cast<std::size_t>(dSeconds * GUITAR_RATE);
     std::vector<float> left(nFrames);
     std::vector<float> right(nFrames);
     if (fluid_synth_write_float(synth.get(), static_cast<int>(nFrames), left.data(), 0, 1, right.data(), 0,
@@ -82,54 +82,54 @@ std::vector<float> RenderPluck(const Note& note, double fSeconds) {
     const std::size_t nDamped = std::min<std::size_t>(nFrames, GUITAR_RATE / 4);
     for (std::size_t i = 0; i < nFrames; ++i) {
         const std::size_t nLeft = nFrames - i;
-        const double fDamping =
+        const double dDamping =
             nLeft < nDamped
                 ? std::exp(-8.0 * static_cast<double>(nDamped - nLeft) / static_cast<double>(nDamped))
                 : 1.0;
-        left[i] *= static_cast<float>(0.5 / static_cast<double>(fPeak) * fDamping);
+        left[i] *= static_cast<float>(0.5 / static_cast<double>(fPeak) * dDamping);
     }
     return left;
 }
 
-double MeasurePitch(const std::vector<float>& samples, int nRate, double fExpected) {
+double MeasurePitch(const std::vector<float>& samples, int nRate, double dExpected) {
     std::vector<float> windowed(samples.size());
     for (std::size_t i = 0; i < samples.size(); ++i) {
-        const double fPhase =
+        const double dPhase =
             2.0 * std::numbers::pi * static_cast<double>(i) / static_cast<double>(samples.size());
-        windowed[i] = static_cast<float>(samples[i] * 0.5 * (1.0 - std::cos(fPhase)));
+        windowed[i] = static_cast<float>(samples[i] * 0.5 * (1.0 - std::cos(dPhase)));
     }
-    double fWeighted = 0.0;
-    double fWeights = 0.0;
+    double dWeighted = 0.0;
+    double dWeights = 0.0;
     for (int nHarmonic = 1; nHarmonic <= 4; ++nHarmonic) {
-        const double fCentre = fExpected * nHarmonic;
-        const double fResolution = static_cast<double>(nRate) / static_cast<double>(samples.size());
+        const double dCentre = dExpected * nHarmonic;
+        const double dResolution = static_cast<double>(nRate) / static_cast<double>(samples.size());
         // Coarse steps of a quarter of the resolution, then a ternary search around the best of them.
-        double fBest = fCentre;
-        double fBestMagnitude = 0.0;
-        const double fReach = fCentre * (std::exp2(0.6 / 12.0) - 1.0);
-        const int nSteps = static_cast<int>(8.0 * fReach / fResolution);
+        double dBest = dCentre;
+        double dBestMagnitude = 0.0;
+        const double dReach = dCentre * (std::exp2(0.6 / 12.0) - 1.0);
+        const int nSteps = static_cast<int>(8.0 * dReach / dResolution);
         for (int nStep = 0; nStep <= nSteps; ++nStep) {
-            const double f = fCentre - fReach + nStep * fResolution / 4.0;
-            const double fMagnitude = MagnitudeAt(windowed, nRate, f);
-            if (fMagnitude > fBestMagnitude) {
-                fBest = f;
-                fBestMagnitude = fMagnitude;
+            const double f = dCentre - dReach + nStep * dResolution / 4.0;
+            const double dMagnitude = MagnitudeAt(windowed, nRate, f);
+            if (dMagnitude > dBestMagnitude) {
+                dBest = f;
+                dBestMagnitude = dMagnitude;
             }
         }
-        double fLow = fBest - fResolution / 2.0;
-        double fHigh = fBest + fResolution / 2.0;
+        double dLow = dBest - dResolution / 2.0;
+        double dHigh = dBest + dResolution / 2.0;
         for (int nStep = 0; nStep < 30; ++nStep) {
-            const double fThird = (fHigh - fLow) / 3.0;
-            if (MagnitudeAt(windowed, nRate, fLow + fThird) < MagnitudeAt(windowed, nRate, fHigh - fThird)) {
-                fLow += fThird;
+            const double dThird = (dHigh - dLow) / 3.0;
+            if (MagnitudeAt(windowed, nRate, dLow + dThird) < MagnitudeAt(windowed, nRate, dHigh - dThird)) {
+                dLow += dThird;
             } else {
-                fHigh -= fThird;
+                dHigh -= dThird;
             }
         }
-        fWeighted += fBestMagnitude * 0.5 * (fLow + fHigh) / nHarmonic;
-        fWeights += fBestMagnitude;
+        dWeighted += dBestMagnitude * 0.5 * (dLow + dHigh) / nHarmonic;
+        dWeights += dBestMagnitude;
     }
-    return fWeighted / fWeights;
+    return dWeighted / dWeights;
 }
 
 bool WriteWave(const std::vector<float>& samples, int nRate, const std::filesystem::path& file) {

@@ -67,17 +67,17 @@ double ResidentMebibytes() {
     std::string strWord;
     for (std::ifstream status("/proc/self/status"); status >> strWord;) {
         if (strWord == "VmRSS:") {
-            double fKibibytes = 0.0;
-            status >> fKibibytes;
-            return fKibibytes / 1024.0;
+            double dKibibytes = 0.0;
+            status >> dKibibytes;
+            return dKibibytes / 1024.0;
         }
     }
     return 0.0;
 }
 
 void LoadSynthesizer(benchmark::State& state) {
-    const double fBefore = ResidentMebibytes();
-    double fLoaded = fBefore;
+    const double dBefore = ResidentMebibytes();
+    double dLoaded = dBefore;
     for (const auto& unused : state) {
         static_cast<void>(unused);
         const auto pSynthesizer = CToneSynthesizer::Load(DefaultSoundFonts().front());
@@ -85,10 +85,10 @@ void LoadSynthesizer(benchmark::State& state) {
             state.SkipWithError("there is no SoundFont");
             break;
         }
-        fLoaded = ResidentMebibytes();
+        dLoaded = ResidentMebibytes();
     }
-    state.counters["MiB_before"] = fBefore;
-    state.counters["MiB_loaded"] = fLoaded;
+    state.counters["MiB_before"] = dBefore;
+    state.counters["MiB_loaded"] = dLoaded;
 }
 BENCHMARK(LoadSynthesizer)->Unit(benchmark::kMillisecond)->Iterations(10);
 
@@ -116,17 +116,17 @@ void PlayToNoteOn(benchmark::State& state) {
     {
         CTonePlayer player;
         std::this_thread::sleep_for(std::chrono::seconds(1));
-        double fLongest = 0.0;
+        double dLongest = 0.0;
         for (const auto& unused : state) {
             static_cast<void>(unused);
             const auto start = Clock::now();
             player.PlayString(40, 127);
-            const double fSeconds = std::chrono::duration<double>(pMidi->GetNoteOn() - start).count();
-            state.SetIterationTime(fSeconds);
-            fLongest = std::max(fLongest, fSeconds);
+            const double dSeconds = std::chrono::duration<double>(pMidi->GetNoteOn() - start).count();
+            state.SetIterationTime(dSeconds);
+            dLongest = std::max(dLongest, dSeconds);
             std::this_thread::sleep_for(std::chrono::milliseconds(20));
         }
-        state.counters["longest_ms"] = 1000.0 * fLongest;
+        state.counters["longest_ms"] = 1000.0 * dLongest;
         state.counters["MiB"] = ResidentMebibytes();
     }
     SetMidiOutBackend(nullptr);

@@ -89,10 +89,10 @@ TEST(GlyphStrips, EveryGlyphStandsFreeInItsCellWithShadeOnItAlone) {
 class DialScale : public testing::Test {
 protected:
     // Least light within one pixel of where the needle, made longer, would point.
-    int Darkest(int nCents, double fRadius) const {
-        const double fAngle = nCents * 0.6 * PI / 180.0;
-        const int x = 118 + static_cast<int>(std::lround(std::sin(fAngle) * fRadius));
-        const int y = 211 - static_cast<int>(std::lround(std::cos(fAngle) * fRadius));
+    int Darkest(int nCents, double dRadius) const {
+        const double dAngle = nCents * 0.6 * PI / 180.0;
+        const int x = 118 + static_cast<int>(std::lround(std::sin(dAngle) * dRadius));
+        const int y = 211 - static_cast<int>(std::lround(std::cos(dAngle) * dRadius));
         int nLeast = 255;
         for (int i = 0; i < 9; ++i) {
             nLeast = std::min(nLeast, m_label.GreenAt(x - 1 + i % 3, y - 1 + i / 3));
@@ -119,7 +119,7 @@ TEST_F(DialScale, TheTipPointsAtTheTicks) {
 }
 
 TEST_F(DialScale, NeighbouringCentsCanBeToldApart) {
-    const auto tangent = [](double fCents) { return std::tan(fCents * 0.6 * PI / 180.0); };
+    const auto tangent = [](double dCents) { return std::tan(dCents * 0.6 * PI / 180.0); };
     for (int nCents = -50; nCents < 50; ++nCents) {
         // One row of pixels across two ticks, in the middle of the shortest: there is lighter ground between.
         const int y = static_cast<int>(211.5 - 194.0 / std::hypot(1.0, tangent(nCents + 0.5)));

@@ -12,19 +12,19 @@ class BlockSequence : public CCaptureTest {
 protected:
     // Feeds in pieces of any size and no more than one buffer, for with two, blocks between them would be
     // late. Always waits for the blocks that are due: those that end before the last buffer that is complete.
-    void FeedAndCompare(int nBuffer, int nBlock, double fHop, std::size_t nTotal, std::mt19937& random) {
+    void FeedAndCompare(int nBuffer, int nBlock, double dHop, std::size_t nTotal, std::mt19937& random) {
         std::size_t nDue = 0;
         while (m_nFed < nTotal) {
             Feed(std::uniform_int_distribution<std::size_t>(1, static_cast<std::size_t>(nBuffer))(random));
             const int nComplete = static_cast<int>(m_nFed) / nBuffer * nBuffer;
-            nDue = static_cast<std::size_t>(std::ceil(std::max(nComplete - nBlock, 0) / fHop));
+            nDue = static_cast<std::size_t>(std::ceil(std::max(nComplete - nBlock, 0) / dHop));
             ASSERT_TRUE(WaitForCount(nDue));
         }
         Sleep(5);  // a block too many would come now
         const auto blocks = GetBlocks();
         ASSERT_EQ(blocks.size(), nDue);
         for (std::size_t i = 0; i < nDue; ++i) {
-            const auto nStart = static_cast<std::size_t>(static_cast<double>(i) * fHop);
+            const auto nStart = static_cast<std::size_t>(static_cast<double>(i) * dHop);
             Block expected;
             for (std::size_t n = nStart; n < nStart + static_cast<std::size_t>(nBlock); ++n) {
                 expected.push_back(static_cast<std::int16_t>(n));

@@ -110,9 +110,9 @@ TEST_F(Accessibility, ControlsHaveNamesAndTheReadingIsDescribed) {
     EXPECT_TRUE(Until([&] {
         strHeard = Description();
         return strHeard.starts_with("A2, ") && strHeard.ends_with("cents sharp") &&
-               std::fabs(std::strtod(strHeard.c_str() + 4, nullptr) - pluck.fCents) <= 3.0;
+               std::fabs(std::strtod(strHeard.c_str() + 4, nullptr) - pluck.dCents) <= 3.0;
     })) << strHeard
-        << " where it sounded " << pluck.fCents;
+        << " where it sounded " << pluck.dCents;
     EXPECT_TRUE(Until([&] {
         strHeard = Description();
         return strHeard.ends_with("sharp, held");
@@ -122,12 +122,12 @@ TEST_F(Accessibility, ControlsHaveNamesAndTheReadingIsDescribed) {
 // However fast the pitch runs, it is not announced more often than three times a second.
 TEST_F(Accessibility, TheReadingChangesSlowlyEnoughToBeHeard) {
     std::vector<float> samples(std::size_t{6} * GUITAR_RATE);
-    double fPhase = 0.0;
+    double dPhase = 0.0;
     for (std::size_t i = 0; i < samples.size(); ++i) {
-        const double fTime = static_cast<double>(i) / GUITAR_RATE;
-        fPhase += 2.0 * std::numbers::pi * 100.0 * std::exp2(fTime / 6.0) / GUITAR_RATE;
-        samples[i] = static_cast<float>(0.4 * std::sin(fPhase) + 0.2 * std::sin(2.0 * fPhase) +
-                                        0.1 * std::sin(3.0 * fPhase));
+        const double dTime = static_cast<double>(i) / GUITAR_RATE;
+        dPhase += 2.0 * std::numbers::pi * 100.0 * std::exp2(dTime / 6.0) / GUITAR_RATE;
+        samples[i] = static_cast<float>(0.4 * std::sin(dPhase) + 0.2 * std::sin(2.0 * dPhase) +
+                                        0.1 * std::sin(3.0 * dPhase));
     }
     ASSERT_TRUE(WriteWave(samples, GUITAR_RATE, m_directory.GetPath() / "sweep.wav"));
     ASSERT_TRUE(m_sound.PlayIntoMicrophone(m_directory.GetPath() / "sweep.wav"));

@@ -277,7 +277,7 @@ void FastSoak::RunStretch() {
     const auto nHop =
         static_cast<int>(std::exp2(std::uniform_real_distribution<>(0.0, std::log2(LONGEST_HOP))(m_random)));
     const long nDue = CountDue(STRETCH, nHop);
-    const long nShownBefore = Access().FrameCount();
+    const std::int64_t nShownBefore = Access().FrameCount();
     ASSERT_NO_FATAL_FAILURE(StartStretch(nHop));
     m_nStandStill = std::uniform_int_distribution<long>(1, nDue)(m_random);
     m_bFed = false;
@@ -295,7 +295,7 @@ void FastSoak::RunStretch() {
     }
     feeder.join();
     Access().Engine().Stop();
-    const long nShown = Access().FrameCount() - nShownBefore;
+    const std::int64_t nShown = Access().FrameCount() - nShownBefore;
     EXPECT_EQ(m_nFrames, nDue) << "at a hop of " << nHop;
     EXPECT_EQ(nShown, nDue) << "at a hop of " << nHop;
     m_nShown += nShown;

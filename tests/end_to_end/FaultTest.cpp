@@ -23,7 +23,7 @@ protected:
         ASSERT_TRUE(m_sound.Start());
         m_pluck = PreparePluck({45, 0.0}, 12.0, m_waves.GetPath() / "a.wav");
         m_other = PreparePluck({52, 0.0}, 12.0, m_waves.GetPath() / "e.wav");
-        ASSERT_GT(m_pluck.fFrequency * m_other.fFrequency, 0.0);
+        ASSERT_GT(m_pluck.dFrequency * m_other.dFrequency, 0.0);
     }
     void StartAll() {
         ASSERT_NO_FATAL_FAILURE(StartSound());

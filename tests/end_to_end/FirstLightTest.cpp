@@ -55,19 +55,19 @@ TEST_F(FirstLight, SampledGuitarIsReadRightOnOpenFrettedAndDetunedStrings) {
                                   {64, 0.0},  {43, 0.0},   {54, 0.0}, {70, 0.0}, {40, -23.0},
                                   {45, 31.0}, {55, -38.0}, {64, 17.0}};
     for (const Note& note : notes) {
-        SCOPED_TRACE(testing::Message() << "key " << note.nKey << " detuned by " << note.fCents);
+        SCOPED_TRACE(testing::Message() << "key " << note.nKey << " detuned by " << note.dCents);
         const PreparedPluck pluck = PreparePluck(note, 3.6, m_waves.GetPath() / "pluck.wav");
-        ASSERT_GT(pluck.fFrequency, 0.0);
+        ASSERT_GT(pluck.dFrequency, 0.0);
         const std::vector<DisplayedReading> readings = PlayAndWatch(pluck);
         // A machine that is busy with other things may starve the sound for a moment: one look in five may be
         // off altogether, the middle one must be right.
         std::vector<double> errors;
         for (const DisplayedReading& reading : readings) {
             ASSERT_TRUE(reading.nCents.has_value());
-            ASSERT_TRUE(reading.fNeedleCents.has_value());
+            ASSERT_TRUE(reading.dNeedleCents.has_value());
             // The needle says what the digits say: a pixel at its tip is half a cent.
-            EXPECT_NEAR(*reading.fNeedleCents, *reading.nCents, 1.0);
-            errors.push_back(reading.strNote == pluck.strNote ? std::fabs(*reading.nCents - pluck.fCents)
+            EXPECT_NEAR(*reading.dNeedleCents, *reading.nCents, 1.0);
+            errors.push_back(reading.strNote == pluck.strNote ? std::fabs(*reading.nCents - pluck.dCents)
                                                               : 100.0);
         }
         std::sort(errors.begin(), errors.end());
@@ -83,24 +83,24 @@ TEST_F(FirstLight, SilenceTurnsTheNeedleGreyAndKeepsTheReading) {
     const DisplayedReading last = m_stage.ReadUntil(DisplayedReading::IsGrey, 6s);
     EXPECT_TRUE(DisplayedReading::IsGrey(last));
     EXPECT_EQ(last.strNote, "A");
-    EXPECT_NEAR(last.nCents.value_or(100), pluck.fCents, 3.0);
+    EXPECT_NEAR(last.nCents.value_or(100), pluck.dCents, 3.0);
 }
 
 // The highlight's column follows from the spread of the standard tuning over 444 pixels, the level's height
 // from the peak of the sound: both worked out here, and read from the screen.
 TEST_F(FirstLight, CoarseHighlightAndLevelShowPitchAndLoudness) {
-    for (const auto& [fFrequency, fPeak] : {std::pair{110.0, 0.5}, {220.0, 0.1}, {329.6276, 0.9}}) {
-        SCOPED_TRACE(fFrequency);
+    for (const auto& [dFrequency, dPeak] : {std::pair{110.0, 0.5}, {220.0, 0.1}, {329.6276, 0.9}}) {
+        SCOPED_TRACE(dFrequency);
         std::vector<float> samples(std::size_t{3} * GUITAR_RATE);
         float fHighest = 0.0F;
         for (std::size_t i = 0; i < samples.size(); ++i) {
-            const double fPhase = 2.0 * std::numbers::pi * fFrequency * static_cast<double>(i) / GUITAR_RATE;
-            samples[i] = static_cast<float>(std::sin(fPhase) + 0.5 * std::sin(2.0 * fPhase) +
-                                            0.3 * std::sin(3.0 * fPhase));
+            const double dPhase = 2.0 * std::numbers::pi * dFrequency * static_cast<double>(i) / GUITAR_RATE;
+            samples[i] = static_cast<float>(std::sin(dPhase) + 0.5 * std::sin(2.0 * dPhase) +
+                                            0.3 * std::sin(3.0 * dPhase));
             fHighest = std::max(fHighest, std::fabs(samples[i]));
         }
         for (float& fSample : samples) {
-            fSample *= static_cast<float>(fPeak) / fHighest;
+            fSample *= static_cast<float>(dPeak) / fHighest;
         }
         ASSERT_TRUE(WriteWave(samples, GUITAR_RATE, m_waves.GetPath() / "tone.wav"));
         ASSERT_TRUE(m_sound.PlayIntoMicrophone(m_waves.GetPath() / "tone.wav"));
@@ -109,12 +109,12 @@ TEST_F(FirstLight, CoarseHighlightAndLevelShowPitchAndLoudness) {
         const auto picture = m_stage.Grab();
         m_sound.StopPlaying();
         ASSERT_TRUE(picture.has_value());
-        const double fColumn = 444.0 / 2.0 * std::log2(fFrequency / 82.4069) + 13.0;
+        const double dColumn = 444.0 / 2.0 * std::log2(dFrequency / 82.4069) + 13.0;
         const auto nHighlight = CDisplayReader::ReadCoarseHighlight(*picture);
         ASSERT_TRUE(nHighlight.has_value());
-        EXPECT_NEAR(*nHighlight, std::min(fColumn, 464.0), 1.5);
-        const double fLevel = 1.0 + 10.0 * std::log(fPeak) / 60.0;
-        EXPECT_NEAR(CDisplayReader::ReadLevel(*picture), 253.0 * fLevel, 3.0);
+        EXPECT_NEAR(*nHighlight, std::min(dColumn, 464.0), 1.5);
+        const double dLevel = 1.0 + 10.0 * std::log(dPeak) / 60.0;
+        EXPECT_NEAR(CDisplayReader::ReadLevel(*picture), 253.0 * dLevel, 3.0);
     }
 }
 

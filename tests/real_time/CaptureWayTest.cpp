@@ -47,11 +47,11 @@ TEST_F(CaptureWayTest, TakesNoMemoryWaitsForNobodyAndWritesNothing) {
     ASSERT_TRUE(engine.Start(&FrameUnderWatch, &watch, 0, 11025, 1024, 1024, 50.0F));
     m_fake->Play(
         [fPhase = 0.0](std::uint64_t n) mutable {
-            const double fTime = static_cast<double>(n) / 11025.0;
-            fPhase += 2.0 * M_PI * 140.0 * std::exp2(std::sin(fTime)) / 11025.0;
-            const double fTone =
+            const double dTime = static_cast<double>(n) / 11025.0;
+            fPhase += 2.0 * M_PI * 140.0 * std::exp2(std::sin(dTime)) / 11025.0;
+            const double dTone =
                 std::sin(fPhase) + 0.6 * std::sin(2.0 * fPhase) + 0.4 * std::sin(3.0 * fPhase);
-            return static_cast<std::int16_t>(std::fmod(fTime, 6.0) > 4.0 ? 0.0 : 9000.0 * fTone);
+            return static_cast<std::int16_t>(std::fmod(dTime, 6.0) > 4.0 ? 0.0 : 9000.0 * dTone);
         },
         {.nChunk = 128, .interval = std::chrono::microseconds(500)});
     EXPECT_TRUE(toolkit::WaitUntil([&] { return watch.nBlocks > 5000; }));
