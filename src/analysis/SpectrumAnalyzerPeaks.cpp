@@ -6,7 +6,6 @@
 
 #include "analysis/SpectrumAnalyzer.h"
 #include "platform/signal/SpectrumOperations.h"
-#include "platform/signal/VectorOperations.h"
 
 #include <algorithm>
 #include <cmath>

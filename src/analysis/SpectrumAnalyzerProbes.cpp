@@ -5,9 +5,7 @@
 #include "platform/signal/VectorOperations.h"
 
 #include <algorithm>
-#include <array>
 #include <bit>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -71,7 +69,7 @@ int GetDivisor(std::int32_t nVerdict) {
 }  // namespace
 
 void CSpectrumAnalyzer::ResetProbes() {
-    std::copy_n(m_pfFirstProbe.Data(), m_nProbes, m_pfProbeFrequency.Data());
+    nspsbCopy(m_pfFirstProbe.Data(), m_pfProbeFrequency.Data(), m_nProbes);
     m_pfProbeScore.FillZero();
 }
 

@@ -58,7 +58,7 @@ void CMidiTrackCursor::Rescale() {
     if (g_nPrevUsPerTick == 0) {
         return;
     }
-    const double fScaled = static_cast<double>(m_nRemaining) * static_cast<double>(g_nUsPerTick) /
+    const double dScaled = static_cast<double>(m_nRemaining) * static_cast<double>(g_nUsPerTick) /
                            static_cast<double>(g_nPrevUsPerTick);
-    m_nRemaining = static_cast<DWORD>(std::min(fScaled, static_cast<double>(LONGEST_WAIT)));
+    m_nRemaining = static_cast<DWORD>(std::min(dScaled, static_cast<double>(LONGEST_WAIT)));
 }

@@ -5,9 +5,9 @@
 
 namespace {
 
-// fShare of the way from the picture's channel to the background's, truncated toward zero.
-int BlendChannel(int nPicture, int nBack, double fShare) {
-    return nPicture + static_cast<int>((nBack - nPicture) * fShare);
+// dShare of the way from the picture's channel to the background's, truncated toward zero.
+int BlendChannel(int nPicture, int nBack, double dShare) {
+    return nPicture + static_cast<int>((nBack - nPicture) * dShare);
 }
 
 }  // namespace
@@ -27,11 +27,11 @@ bool COpacityBitmap::Blend(COLORREF clrBack) {
     for (int x = 0; x < m_nWidth; ++x) {
         for (int y = 0; y < m_nHeight; ++y) {
             const COLORREF clrPicture = m_dcBase.GetPixel(x, y);
-            const double fShare = GetBlue(m_dcOpacity.GetPixel(x, y)) * 0.00390625;
+            const double dShare = GetBlue(m_dcOpacity.GetPixel(x, y)) * 0.00390625;
             m_dcResult.SetPixel(x, y,
-                                MakeColor(BlendChannel(GetRed(clrPicture), GetRed(clrBack), fShare),
-                                          BlendChannel(GetGreen(clrPicture), GetGreen(clrBack), fShare),
-                                          BlendChannel(GetBlue(clrPicture), GetBlue(clrBack), fShare)));
+                                MakeColor(BlendChannel(GetRed(clrPicture), GetRed(clrBack), dShare),
+                                          BlendChannel(GetGreen(clrPicture), GetGreen(clrBack), dShare),
+                                          BlendChannel(GetBlue(clrPicture), GetBlue(clrBack), dShare)));
         }
     }
     return true;

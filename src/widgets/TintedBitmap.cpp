@@ -5,11 +5,11 @@
 
 namespace {
 
-// fTint of the way from white to the tint's channel, then darkened by fShade; both steps truncate toward
+// dTint of the way from white to the tint's channel, then darkened by dShade; both steps truncate toward
 // zero.
-int TintChannel(int nTint, double fTint, double fShade) {
-    const int nFlat = 255 + static_cast<int>(fTint * (nTint - 255));
-    return nFlat - static_cast<int>(nFlat * fShade);
+int TintChannel(int nTint, double dTint, double dShade) {
+    const int nFlat = 255 + static_cast<int>(dTint * (nTint - 255));
+    return nFlat - static_cast<int>(nFlat * dShade);
 }
 
 }  // namespace
@@ -37,12 +37,12 @@ void CTintedBitmap::SetColor(COLORREF clr) {
 void CTintedBitmap::Render() {
     for (int x = 0; x < m_nWidth; ++x) {
         for (int y = 0; y < m_nHeight; ++y) {
-            const double fTint = 1.0 - GetBlue(m_dcColor.GetPixel(x, y)) * 0.00390625;
-            const double fShade = 1.0 - GetBlue(m_dcBevel.GetPixel(x, y)) * 0.00390625;
+            const double dTint = 1.0 - GetBlue(m_dcColor.GetPixel(x, y)) * 0.00390625;
+            const double dShade = 1.0 - GetBlue(m_dcBevel.GetPixel(x, y)) * 0.00390625;
             m_dcResult.SetPixel(x, y,
-                                MakeColor(TintChannel(GetRed(m_clrTint), fTint, fShade),
-                                          TintChannel(GetGreen(m_clrTint), fTint, fShade),
-                                          TintChannel(GetBlue(m_clrTint), fTint, fShade)));
+                                MakeColor(TintChannel(GetRed(m_clrTint), dTint, dShade),
+                                          TintChannel(GetGreen(m_clrTint), dTint, dShade),
+                                          TintChannel(GetBlue(m_clrTint), dTint, dShade)));
         }
     }
 }

@@ -2,8 +2,6 @@
 
 #include "platform/windows/Messages.h"
 
-#include <array>
-
 // What the main window's controls are known by in commands.
 inline constexpr int ID_PLAY = 10000;
 inline constexpr int ID_A_FREQUENCY = 10001;

@@ -5,8 +5,8 @@
 namespace {
 
 int FadeChannel(int nFrom, int nTo, float fPart) {
-    const double fStep = static_cast<double>(nTo - nFrom) * static_cast<double>(fPart);
-    return nFrom + static_cast<int>(fStep);
+    const double dStep = static_cast<double>(nTo - nFrom) * static_cast<double>(fPart);
+    return nFrom + static_cast<int>(dStep);
 }
 
 }  // namespace
@@ -15,9 +15,9 @@ COLORREF FadeNeedleColor(COLORREF clrNeedle, float fElapsed, float fHold, float 
     if (fElapsed < fHold) {
         return clrNeedle;
     }
-    const double fRatio =
+    const double dRatio =
         (static_cast<double>(fElapsed) - static_cast<double>(fHold)) / static_cast<double>(fLength);
-    const float fPart = std::min(static_cast<float>(fRatio), 1.0F);
+    const float fPart = std::min(static_cast<float>(dRatio), 1.0F);
     return MakeColor(FadeChannel(GetRed(clrNeedle), GetRed(CLR_FADED_NEEDLE), fPart),
                      FadeChannel(GetGreen(clrNeedle), GetGreen(CLR_FADED_NEEDLE), fPart),
                      FadeChannel(GetBlue(clrNeedle), GetBlue(CLR_FADED_NEEDLE), fPart));

@@ -3,7 +3,6 @@
 #include "window/TunerWnd.h"
 
 #include <memory>
-#include <utility>
 
 bool CTunerApp::InitInstance() {
     // A window that could not be created is found out by the application, which then ends.

@@ -88,8 +88,8 @@ COLORREF CTunerWnd::GetFadedNeedleColor() const {
     if (!m_bPrevHolding) {
         return clrNeedle;
     }
-    const double fElapsed = static_cast<double>(timeGetTime()) - static_cast<double>(m_fFadeStart);
-    return FadeNeedleColor(clrNeedle, static_cast<float>(fElapsed), m_fFadeHold, m_fFadeLength);
+    const double dElapsed = static_cast<double>(timeGetTime()) - static_cast<double>(m_fFadeStart);
+    return FadeNeedleColor(clrNeedle, static_cast<float>(dElapsed), m_fFadeHold, m_fFadeLength);
 }
 
 void CTunerWnd::CountFrame() {

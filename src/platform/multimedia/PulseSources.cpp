@@ -3,7 +3,6 @@
 #include <pulse/pulseaudio.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <utility>
 

@@ -16,8 +16,8 @@ public:
     // The source fills what it is given. It is called from AddTo alone.
     explicit CStretchedSound(std::function<void(std::span<float>)> source) : m_source(std::move(source)) {}
 
-    // Adds the next sound to what is in the span, at fRatio source frames a frame, which is near 1.
-    void AddTo(std::span<float> stereo, double fRatio);
+    // Adds the next sound to what is in the span, at dRatio source frames a frame, which is near 1.
+    void AddTo(std::span<float> stereo, double dRatio);
     // What was asked for and not yet heard becomes silence.
     void Forget() { std::fill(m_frames.begin(), m_frames.end(), 0.0F); }
     // Source frames asked for so far: what the source does now is heard from this frame on.
@@ -31,6 +31,6 @@ private:
     std::function<void(std::span<float>)> m_source;
     std::vector<float> m_frames =
         std::vector<float>(2);  // asked for and still needed; before the first, silence
-    double m_fPosition = 1.0;   // in m_frames, at least 1
+    double m_dPosition = 1.0;   // in m_frames, at least 1
     std::uint64_t m_nAskedFor = 0;
 };

@@ -69,8 +69,8 @@ struct CToneSynthesizer::Voice {
                                 stereo.data(), 1, 2);
     }};
     const std::vector<float>* pTrack = nullptr;  // none for a note whose pitch is believed
-    double fCentsMissing = 0.0;                  // from the whole cent that it is tuned to
-    double fNoteStart = 0.0;                     // in frames of the sound
+    double dCentsMissing = 0.0;                  // from the whole cent that it is tuned to
+    double dNoteStart = 0.0;                     // in frames of the sound
 
     bool Load(const std::string& strSoundFont) {
         pSettings.reset(new_fluid_settings());
@@ -99,8 +99,8 @@ struct CToneSynthesizer::Voice {
                                                0) == FLUID_OK;
     }
     // The cents, counted from key 0, at which the key's next note sounds before any bend.
-    void Tune(int nChannel, int nKey, double fCents) const {
-        fluid_synth_tune_notes(pSynth.get(), TUNING_BANK, TUNING_PROGRAM, 1, &nKey, &fCents, 0);
+    void Tune(int nChannel, int nKey, double dCents) const {
+        fluid_synth_tune_notes(pSynth.get(), TUNING_BANK, TUNING_PROGRAM, 1, &nKey, &dCents, 0);
         fluid_synth_activate_tuning(pSynth.get(), nChannel, TUNING_BANK, TUNING_PROGRAM, 0);
     }
     // What the sample is off by where it is heard next, in cents.
@@ -108,15 +108,15 @@ struct CToneSynthesizer::Voice {
         if (pTrack == nullptr || pTrack->empty()) {
             return 0.0;
         }
-        const double fSeconds = std::max(0.0, sound.GetPosition() - fNoteStart) / SYNTHESIZER_RATE;
-        const double fPlace = fSeconds / PITCH_TRACK_STEP;
+        const double dSeconds = std::max(0.0, sound.GetPosition() - dNoteStart) / SYNTHESIZER_RATE;
+        const double dPlace = dSeconds / PITCH_TRACK_STEP;
         const auto nLast = pTrack->size() - 1;
-        if (fPlace >= static_cast<double>(nLast)) {
+        if (dPlace >= static_cast<double>(nLast)) {
             return static_cast<double>(pTrack->back());
         }
-        const auto nPlace = static_cast<std::size_t>(fPlace);
+        const auto nPlace = static_cast<std::size_t>(dPlace);
         return std::lerp(static_cast<double>((*pTrack)[nPlace]), static_cast<double>((*pTrack)[nPlace + 1]),
-                         fPlace - static_cast<double>(nPlace));
+                         dPlace - static_cast<double>(nPlace));
     }
     // The reset of the synthesizer alone lets notes die away, and it renders some frames in advance.
     void Reset() {
@@ -127,7 +127,7 @@ struct CToneSynthesizer::Voice {
         sound.Forget();
     }
     void AddTo(std::span<float> stereo) {
-        sound.AddTo(stereo, std::exp2((fCentsMissing - Deviation()) / CENTS_OF_OCTAVE));
+        sound.AddTo(stereo, std::exp2((dCentsMissing - Deviation()) / CENTS_OF_OCTAVE));
     }
 };
 
@@ -227,19 +227,19 @@ void CToneSynthesizer::ShortMsg(DWORD dwMessage) {
 
 void CToneSynthesizer::NoteOn(std::size_t nChannel, int nKey, int nVelocity) {
     NoteOff(nChannel, nKey);
-    const double fTurn =
+    const double dTurn =
         static_cast<double>(m_bends[nChannel] - BEND_MIDDLE) / static_cast<double>(BEND_MIDDLE);
-    const double fBend = CENTS_OF_FULL_BEND * fTurn;
-    const double fWhole = std::floor(fBend);
+    const double dBend = CENTS_OF_FULL_BEND * dTurn;
+    const double dWhole = std::floor(dBend);
     Voice& voice = *m_voices[m_nNextVoice];
     m_playedBy[nChannel][static_cast<std::size_t>(nKey)] = static_cast<BYTE>(m_nNextVoice);
     m_nNextVoice = (m_nNextVoice + 1) % m_voices.size();
     voice.pTrack = m_programs[nChannel] == GUITAR ? &m_tracks[static_cast<std::size_t>(nKey)] : nullptr;
-    voice.fCentsMissing = fBend - fWhole;
-    voice.fNoteStart = static_cast<double>(voice.sound.GetAskedFor());
+    voice.dCentsMissing = dBend - dWhole;
+    voice.dNoteStart = static_cast<double>(voice.sound.GetAskedFor());
     // The bend of the synthesizer's own is taken off again.
     voice.Tune(static_cast<int>(nChannel), nKey,
-               CENTS_PER_KEY * nKey + fWhole + MIDDLE_OF_CENT - CENTS_OF_ITS_FULL_BEND * fTurn);
+               CENTS_PER_KEY * nKey + dWhole + MIDDLE_OF_CENT - CENTS_OF_ITS_FULL_BEND * dTurn);
     fluid_synth_noteon(voice.pSynth.get(), static_cast<int>(nChannel), nKey, nVelocity);
 }
 

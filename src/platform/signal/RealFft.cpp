@@ -7,7 +7,6 @@
 #include <array>
 #include <atomic>
 #include <cstddef>
-#include <memory>
 #include <mutex>
 #include <type_traits>
 

@@ -13,5 +13,5 @@
 #endif
 
 // What a vector register of the better kind holds. Elsewhere the compiler takes two or more.
-constexpr std::size_t VECTOR_LANES = 8;
+inline constexpr std::size_t VECTOR_LANES = 8;
 using FloatLanes [[gnu::vector_size(VECTOR_LANES * sizeof(float))]] = float;
