@@ -1,4 +1,4 @@
-#include "platform/drawing/GraphicsSession.h"
+#include "support/GraphicsSession.h"
 #include "widgets/CoarseIndicator.h"
 #include "widgets/PictureDirectory.h"
 #include "widgets/TestArtwork.h"

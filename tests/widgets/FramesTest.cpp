@@ -1,7 +1,7 @@
 // Frames draw only what changed. Whatever came before, and whatever another thread draws and changes
 // meanwhile, what stands in the end must be what a full draw shows.
 
-#include "platform/drawing/GraphicsSession.h"
+#include "support/GraphicsSession.h"
 #include "widgets/PictureDirectory.h"
 #include "widgets/TestArtwork.h"
 #include "widgets/WidgetSet.h"

@@ -1,5 +1,5 @@
-#include "platform/drawing/GraphicsSession.h"
 #include "platform/drawing/SysColors.h"
+#include "support/GraphicsSession.h"
 #include "widgets/PictureDirectory.h"
 #include "widgets/StringDiagram.h"
 #include "widgets/TestArtwork.h"

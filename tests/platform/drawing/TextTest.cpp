@@ -1,8 +1,8 @@
 #include "platform/drawing/Dc.h"
 #include "platform/drawing/Font.h"
-#include "platform/drawing/GraphicsSession.h"
 #include "platform/drawing/MemoryDc.h"
 #include "platform/drawing/Picture.h"
+#include "support/GraphicsSession.h"
 
 #include <gtest/gtest.h>
 
