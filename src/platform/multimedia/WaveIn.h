@@ -9,7 +9,7 @@
 // IWaveInBackend (WaveInBackend.h).
 //
 // Every function gives a result code and may be called from any thread, except that none may be called from
-// inside the callback.
+// inside the callback, and none with a handle that another thread is closing.
 
 inline constexpr MMRESULT WAVERR_BADFORMAT = 32;
 inline constexpr MMRESULT WAVERR_STILLPLAYING = 33;

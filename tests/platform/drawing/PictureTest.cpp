@@ -12,8 +12,8 @@
 
 namespace {
 
-constexpr int g_cx = 60;
-constexpr int g_cy = 40;
+constexpr int CX = 60;
+constexpr int CY = 40;
 
 bool IsCovered(const CPicture::Dirty& dirty, int x, int y) {
     const auto rects = std::span(dirty.rects).first(dirty.nCount);
@@ -21,8 +21,8 @@ bool IsCovered(const CPicture::Dirty& dirty, int x, int y) {
 }
 
 void DrawSomething(CDC& dc, const CDC& dcOther, std::mt19937& random) {
-    const int x = RandomInt(random, -10, g_cx + 5);
-    const int y = RandomInt(random, -10, g_cy + 5);
+    const int x = RandomInt(random, -10, CX + 5);
+    const int y = RandomInt(random, -10, CY + 5);
     const int cx = RandomInt(random, -2, 20);
     const int cy = RandomInt(random, -2, 20);
     const int xSrc = RandomInt(random, -5, 20);
@@ -53,14 +53,14 @@ void DrawSomething(CDC& dc, const CDC& dcOther, std::mt19937& random) {
 TEST(Picture, EveryChangedPixelIsMarkedAndOpaque) {
     std::mt19937 random = Random(7);
     CPicture picture;
-    ASSERT_TRUE(picture.Create(g_cx, g_cy, 0xC0C0C0));
+    ASSERT_TRUE(picture.Create(CX, CY, 0xC0C0C0));
     picture.TakeDirty();
     CDC dc;
     dc.AttachPicture(&picture);
     MemoryDc other(20, 20);
     for (int nRound = 0; nRound < 3000; ++nRound) {
         Scribble(other.dc, {4, 20}, random);
-        const std::vector<COLORREF> before = ReadAll(dc, {g_cx, g_cy});
+        const std::vector<COLORREF> before = ReadAll(dc, {CX, CY});
         for (int nDraws = RandomInt(random, 1, 40); nDraws > 0; --nDraws) {
             DrawSomething(dc, other.dc, random);
         }
@@ -68,12 +68,11 @@ TEST(Picture, EveryChangedPixelIsMarkedAndOpaque) {
         ASSERT_EQ(picture.TakeDirty().nCount, 0U);
         for (std::size_t i = 0; i < dirty.nCount; ++i) {
             const RECT& rc = dirty.rects[i];
-            ASSERT_TRUE(!rc.IsEmpty() && rc.left >= 0 && rc.top >= 0 && rc.right <= g_cx &&
-                        rc.bottom <= g_cy);
+            ASSERT_TRUE(!rc.IsEmpty() && rc.left >= 0 && rc.top >= 0 && rc.right <= CX && rc.bottom <= CY);
         }
-        for (int y = 0; y < g_cy; ++y) {
-            for (int x = 0; x < g_cx; ++x) {
-                ASSERT_TRUE(before[IndexOf(x, y, g_cx)] == dc.GetPixel(x, y) || IsCovered(dirty, x, y))
+        for (int y = 0; y < CY; ++y) {
+            for (int x = 0; x < CX; ++x) {
+                ASSERT_TRUE(before[IndexOf(x, y, CX)] == dc.GetPixel(x, y) || IsCovered(dirty, x, y))
                     << x << "," << y;
                 ASSERT_EQ(picture.GetSurface().GetRow(y)[x] >> 24, 0xFFU);
             }
@@ -83,10 +82,10 @@ TEST(Picture, EveryChangedPixelIsMarkedAndOpaque) {
 
 TEST(Picture, MarksNoMoreThanWasDrawn) {
     CPicture picture;
-    ASSERT_TRUE(picture.Create(g_cx, g_cy, 0));
+    ASSERT_TRUE(picture.Create(CX, CY, 0));
     CPicture::Dirty dirty = picture.TakeDirty();
     ASSERT_EQ(dirty.nCount, 1U) << "a new picture is to be shown whole";
-    EXPECT_EQ(dirty.rects[0], (RECT{0, 0, g_cx, g_cy}));
+    EXPECT_EQ(dirty.rects[0], (RECT{0, 0, CX, CY}));
 
     CDC dc;
     dc.AttachPicture(&picture);

@@ -182,16 +182,16 @@ TEST(LineTo, CoversThePixelsWithinHalfItsWidthAndNoOther) {
                          random() % 3 == 0 ? ptFrom.y : RandomInt(random, -12, 52)};
         const double dx = ptTo.x - ptFrom.x;
         const double dy = ptTo.y - ptFrom.y;
-        const double fLength2 = std::max(dx * dx + dy * dy, 1.0);
+        const double dLength2 = std::max(dx * dx + dy * dy, 1.0);
         CPen pen(PS_SOLID, RandomInt(random, 1, 7), clrLine);
         mem.dc.SelectObject(&pen);
         mem.dc.MoveTo(ptFrom.x, ptFrom.y);
         mem.dc.LineTo(ptTo.x, ptTo.y);
         for (int y = 0; y < size.cy; ++y) {
             for (int x = 0; x < size.cx; ++x) {
-                const double fFoot =
-                    std::clamp(((x - ptFrom.x) * dx + (y - ptFrom.y) * dy) / fLength2, 0.0, 1.0);
-                const bool bInside = std::hypot(x - ptFrom.x - fFoot * dx, y - ptFrom.y - fFoot * dy) <=
+                const double dFoot =
+                    std::clamp(((x - ptFrom.x) * dx + (y - ptFrom.y) * dy) / dLength2, 0.0, 1.0);
+                const bool bInside = std::hypot(x - ptFrom.x - dFoot * dx, y - ptFrom.y - dFoot * dy) <=
                                      pen.GetWidth() / 2.0 + 1e-9;
                 ASSERT_EQ(mem.dc.GetPixel(x, y), bInside ? clrLine : 0)
                     << "round " << nRound << " pixel " << x << "," << y << " width " << pen.GetWidth();

@@ -100,28 +100,28 @@ protected:
         });
     }
     // Seconds from the first sound on.
-    std::vector<float> Stretch(double fFrom, double fTo) const {
-        const auto at = [this](double fSeconds) {
-            const auto n = static_cast<std::size_t>((m_fOnset + fSeconds) * RATE);
+    std::vector<float> Stretch(double dFrom, double dTo) const {
+        const auto at = [this](double dSeconds) {
+            const auto n = static_cast<std::size_t>((m_fOnset + dSeconds) * RATE);
             return m_samples.begin() + static_cast<std::ptrdiff_t>(std::min(n, m_samples.size()));
         };
-        return {at(fFrom), at(fTo)};
+        return {at(dFrom), at(dTo)};
     }
-    double CentsFrom(double fFrequency, double fFrom, double fTo) const {
-        return 1200.0 * std::log2(MeasurePitch(Stretch(fFrom, fTo), RATE, fFrequency) / fFrequency);
+    double CentsFrom(double dFrequency, double dFrom, double dTo) const {
+        return 1200.0 * std::log2(MeasurePitch(Stretch(dFrom, dTo), RATE, dFrequency) / dFrequency);
     }
-    float PeakAt(double fFrom, double fTo) const {
-        const auto sound = Stretch(fFrom, fTo);
+    float PeakAt(double dFrom, double dTo) const {
+        const auto sound = Stretch(dFrom, dTo);
         return sound.empty() ? -1.0F : *std::max_element(sound.begin(), sound.end());
     }
     // How much of a frequency there is in 50 ms around a time.
-    double AmountOf(double fFrequency, double fTime) const {
-        const auto sound = Stretch(fTime - 0.025, fTime + 0.025);
+    double AmountOf(double dFrequency, double dTime) const {
+        const auto sound = Stretch(dTime - 0.025, dTime + 0.025);
         std::complex<double> sum = 0.0;
         for (std::size_t i = 0; i < sound.size(); ++i) {
-            const double fTurns = static_cast<double>(i) / static_cast<double>(sound.size());
-            sum += static_cast<double>(sound[i]) * (1.0 - std::cos(2.0 * std::numbers::pi * fTurns)) *
-                   std::polar(1.0, -2.0 * std::numbers::pi * fFrequency * static_cast<double>(i) / RATE);
+            const double dTurns = static_cast<double>(i) / static_cast<double>(sound.size());
+            sum += static_cast<double>(sound[i]) * (1.0 - std::cos(2.0 * std::numbers::pi * dTurns)) *
+                   std::polar(1.0, -2.0 * std::numbers::pi * dFrequency * static_cast<double>(i) / RATE);
         }
         return std::abs(sum);
     }
@@ -132,21 +132,21 @@ protected:
         for (int nTry = 0; nTry < 3 && !keys.empty(); ++nTry) {
             ASSERT_NO_FATAL_FAILURE(RecordKeys(keys));
             std::vector<int> wrong;
-            double fWorst = 0.0;
+            double dWorst = 0.0;
             for (std::size_t i = 0; i < keys.size(); ++i) {
-                const double fStart = std::chrono::duration<double>(SLOT * i).count();
-                const double fWanted =
+                const double dStart = std::chrono::duration<double>(SLOT * i).count();
+                const double dWanted =
                     FrequencyOf(keys[i]) * static_cast<double>(fA) / 440.0 * std::exp2(EXTRA_CENTS / 1200.0);
-                const double fWhole = std::fabs(CentsFrom(fWanted, fStart + 0.07, fStart + 0.74));
-                const double fLater = std::fabs(CentsFrom(fWanted, fStart + 0.4, fStart + 0.74));
-                if (std::max(fWhole, fLater) > 0.5) {
+                const double dWhole = std::fabs(CentsFrom(dWanted, dStart + 0.07, dStart + 0.74));
+                const double dLater = std::fabs(CentsFrom(dWanted, dStart + 0.4, dStart + 0.74));
+                if (std::max(dWhole, dLater) > 0.5) {
                     wrong.push_back(keys[i]);
                 } else {
-                    fWorst = std::max(fWorst, fWhole);
+                    dWorst = std::max(dWorst, dWhole);
                 }
             }
             std::printf("%zu keys at %.0f Hz: %zu right, the worst of them off by %.3f cents\n", keys.size(),
-                        static_cast<double>(fA), keys.size() - wrong.size(), fWorst);
+                        static_cast<double>(fA), keys.size() - wrong.size(), dWorst);
             keys = std::move(wrong);
         }
         EXPECT_THAT(keys, testing::IsEmpty());
@@ -185,13 +185,13 @@ TEST_F(ToneServer, TheRunIsSixNotesEachInItsPlace) {
     }));
     const std::vector<int> keys{40, 45, 50, 55, 59, 64};
     for (std::size_t i = 0; i < keys.size(); ++i) {
-        const double fStart = 0.18 * static_cast<double>(i);
-        const double fFrequency = FrequencyOf(keys[i]);
-        EXPECT_NEAR(CentsFrom(fFrequency, fStart, fStart + 0.18), 0.0, 1.0) << keys[i];
-        const double fMiddle = AmountOf(fFrequency, fStart + 0.09);
-        EXPECT_LT(AmountOf(fFrequency, fStart - 0.03), 0.3 * fMiddle) << keys[i];
-        EXPECT_GT(AmountOf(fFrequency, fStart + 0.15), 0.7 * fMiddle) << keys[i];
-        EXPECT_LT(AmountOf(fFrequency, fStart + 0.42), 0.4 * fMiddle) << keys[i];
+        const double dStart = 0.18 * static_cast<double>(i);
+        const double dFrequency = FrequencyOf(keys[i]);
+        EXPECT_NEAR(CentsFrom(dFrequency, dStart, dStart + 0.18), 0.0, 1.0) << keys[i];
+        const double dMiddle = AmountOf(dFrequency, dStart + 0.09);
+        EXPECT_LT(AmountOf(dFrequency, dStart - 0.03), 0.3 * dMiddle) << keys[i];
+        EXPECT_GT(AmountOf(dFrequency, dStart + 0.15), 0.7 * dMiddle) << keys[i];
+        EXPECT_LT(AmountOf(dFrequency, dStart + 0.42), 0.4 * dMiddle) << keys[i];
     }
 }
 
@@ -248,8 +248,8 @@ TEST_F(ToneServer, ATonePlayedWhileTheSynthesizerIsLoadedSoundsAndTheNextTakesIt
         std::this_thread::sleep_for(700ms);
     }));
     EXPECT_GT(AmountOf(FrequencyOf(40), 0.1), 3.0 * AmountOf(FrequencyOf(57), 0.1));
-    const double fLate = static_cast<double>(m_samples.size()) / RATE - m_fOnset - 0.3;
-    EXPECT_GT(AmountOf(FrequencyOf(57), fLate), 20.0 * AmountOf(FrequencyOf(40), fLate));
+    const double dLate = static_cast<double>(m_samples.size()) / RATE - m_fOnset - 0.3;
+    EXPECT_GT(AmountOf(FrequencyOf(57), dLate), 20.0 * AmountOf(FrequencyOf(40), dLate));
 }
 
 TEST_F(ToneServer, AServerThatDiesDuringAToneAndReturnsSoundsAgain) {

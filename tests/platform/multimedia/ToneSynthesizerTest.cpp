@@ -32,8 +32,8 @@ protected:
         m_pSynthesizer->ShortMsg(0x18C0);
     }
 
-    static std::vector<float> Render(double fSeconds) {
-        std::vector<float> stereo(2 * static_cast<std::size_t>(fSeconds * SYNTHESIZER_RATE));
+    static std::vector<float> Render(double dSeconds) {
+        std::vector<float> stereo(2 * static_cast<std::size_t>(dSeconds * SYNTHESIZER_RATE));
         m_pSynthesizer->Render(stereo);
         std::vector<float> left;
         for (std::size_t i = 0; i < stereo.size(); i += 2) {
@@ -48,24 +48,24 @@ protected:
                                  static_cast<DWORD>(nBend >> 7) << 16);
         m_pSynthesizer->ShortMsg(0x7F0090U | static_cast<DWORD>(nKey) << 8);
         Render(0.05);
-        const double fFrequency = 440.0 * std::exp2((nSoundingKey - 69) / 12.0);
-        return 1200.0 * std::log2(MeasurePitch(Render(0.6), SYNTHESIZER_RATE, fFrequency) / fFrequency);
+        const double dFrequency = 440.0 * std::exp2((nSoundingKey - 69) / 12.0);
+        return 1200.0 * std::log2(MeasurePitch(Render(0.6), SYNTHESIZER_RATE, dFrequency) / dFrequency);
     }
 
     static inline std::unique_ptr<CToneSynthesizer> m_pSynthesizer;
 };
 
 TEST_F(ToneSynthesizer, AllThirtySixNotesAreInTuneAloneAndInTheRun) {
-    double fWorst = 0.0;
+    double dWorst = 0.0;
     for (int nKey = 36; nKey <= 71; ++nKey) {
         // The bend of one string is four units too high.
-        const double fAlone = CentsOf(nKey, 8196, nKey) - 4.0 / 40.96;
-        const double fInRun = CentsOf(nKey + 1, 4096, nKey);
-        EXPECT_NEAR(fAlone, 0.0, 0.25) << nKey;
-        EXPECT_NEAR(fInRun, 0.0, 0.25) << nKey;
-        fWorst = std::max({fWorst, std::fabs(fAlone), std::fabs(fInRun)});
+        const double dAlone = CentsOf(nKey, 8196, nKey) - 4.0 / 40.96;
+        const double dInRun = CentsOf(nKey + 1, 4096, nKey);
+        EXPECT_NEAR(dAlone, 0.0, 0.25) << nKey;
+        EXPECT_NEAR(dInRun, 0.0, 0.25) << nKey;
+        dWorst = std::max({dWorst, std::fabs(dAlone), std::fabs(dInRun)});
     }
-    std::printf("worst deviation: %.3f cents\n", fWorst);
+    std::printf("worst deviation: %.3f cents\n", dWorst);
 }
 
 TEST_F(ToneSynthesizer, BendsAreNotCutToWholeCents) {

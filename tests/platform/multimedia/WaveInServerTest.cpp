@@ -91,8 +91,8 @@ TEST_P(WaveInServer, HearsTheTruePitchAndLevelAtEveryRate) {
         for (int nTry = 0; nTry < 8 && ShareOfSine(samples, 110.0, nRate) < 0.9999; ++nTry) {
             samples = m_recording.Listen(1.0);
         }
-        const double fPitch = MeasurePitch(samples, static_cast<int>(nRate), 110.0);
-        EXPECT_NEAR(1200.0 * std::log2(fPitch / 110.0), 0.0, 0.1) << nRate;
+        const double dPitch = MeasurePitch(samples, static_cast<int>(nRate), 110.0);
+        EXPECT_NEAR(1200.0 * std::log2(dPitch / 110.0), 0.0, 0.1) << nRate;
         EXPECT_NEAR(*std::max_element(samples.begin(), samples.end()), 16384.0, 200.0) << nRate;
     }
 }

@@ -12,10 +12,10 @@
 
 namespace {
 
-constexpr int g_nEscape = 0x01000000;
-constexpr int g_nReturn = 0x01000004;
+constexpr int ESCAPE = 0x01000000;
+constexpr int RETURN = 0x01000004;
 
-constexpr std::array g_controls{
+constexpr std::array CONTROLS{
     DialogControl{DialogControlKind::Static, -1, "A text of several lines that has just about enough room.",
                   7, 7, 80, 24},
     DialogControl{DialogControlKind::Static, 50, "过高时的颜色", 146, 60, 58, 8},
@@ -24,11 +24,11 @@ constexpr std::array g_controls{
     DialogControl{DialogControlKind::DefaultButton, IDOK, "确定", 229, 7, 50, 14},
     DialogControl{DialogControlKind::Button, IDCANCEL, "取消", 229, 24, 50, 14},
 };
-constexpr DialogTemplate g_template{9, "标题", 286, 135, g_controls};
+constexpr DialogTemplate TEMPLATE{9, "标题", 286, 135, CONTROLS};
 
 class CTestDialog : public CDialog {
 public:
-    explicit CTestDialog(CWnd* pParent = nullptr) : CDialog(g_template, pParent) {}
+    explicit CTestDialog(CWnd* pParent = nullptr) : CDialog(TEMPLATE, pParent) {}
     std::function<void(CTestDialog&, CDataExchange&)> m_fnExchange;
 
 protected:
@@ -53,8 +53,8 @@ TEST(Dialog, EachWayOutGivesItsResult) {
     };
     const std::pair<std::function<void()>, int> ways[] = {{[&] { click(IDOK); }, IDOK},
                                                           {[&] { click(IDCANCEL); }, IDCANCEL},
-                                                          {[&] { type(g_nReturn, "\r"); }, IDOK},
-                                                          {[&] { type(g_nEscape, "\x1b"); }, IDCANCEL},
+                                                          {[&] { type(RETURN, "\r"); }, IDOK},
+                                                          {[&] { type(ESCAPE, "\x1b"); }, IDCANCEL},
                                                           {[&] { toolkit::CloseBox(dialog); }, IDCANCEL},
                                                           {[&] { dialog.EndDialog(77); }, 77}};
     for (const auto& [fnWay, nResult] : ways) {

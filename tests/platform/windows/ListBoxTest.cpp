@@ -15,9 +15,9 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-constexpr int g_nUp = 0x01000013;
-constexpr int g_nDown = 0x01000015;
-constexpr int g_nEnd = 0x01000011;
+constexpr int UP = 0x01000013;
+constexpr int DOWN = 0x01000015;
+constexpr int END = 0x01000011;
 
 class ListBox : public ::testing::Test {
 protected:
@@ -115,14 +115,14 @@ TEST_F(ListBox, OnlyTheUserIsReported) {
         m_list.SetCurSel(nRow);
     }
     EXPECT_THAT(Reports(), IsEmpty());
-    toolkit::Key(m_list, g_nDown);
+    toolkit::Key(m_list, DOWN);
     EXPECT_EQ(m_list.GetCurSel(), 1);
     EXPECT_THAT(Reports(), ElementsAre("command:8/1"));
-    toolkit::Key(m_list, g_nEnd);
+    toolkit::Key(m_list, END);
     EXPECT_EQ(m_list.GetCurSel(), 29);
     m_list.SetCurSel(0);
     Reports();
-    toolkit::Key(m_list, g_nUp);
+    toolkit::Key(m_list, UP);
     EXPECT_THAT(Reports(), IsEmpty());
     // Control and a click would take the selection away in the toolkit's way.
     toolkit::Click(m_list, {20, 30});

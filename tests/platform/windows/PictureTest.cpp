@@ -17,8 +17,8 @@
 
 namespace {
 
-constexpr int g_cx = 120;
-constexpr int g_cy = 80;
+constexpr int CX = 120;
+constexpr int CY = 80;
 
 // What the picture holds, in the form of a screenshot.
 toolkit::Screenshot PixelsOf(const CWnd& wnd) {
@@ -44,7 +44,7 @@ bool ShowsPicture(const CWnd& wnd) {
 class Picture : public ::testing::Test {
 protected:
     void SetUp() override {
-        ASSERT_TRUE(m_wnd.Open(g_cx, g_cy));
+        ASSERT_TRUE(m_wnd.Open(CX, CY));
         m_wnd.ShowWindow(SW_SHOW);
         m_wnd.UpdateWindow();
         toolkit::RunPending();
@@ -56,22 +56,22 @@ protected:
 
 TEST_F(Picture, BeginsInTheFaceColourAndShowsExactlyWhatIsDrawn) {
     const Pixel face = PixelFromColor(GetSysColor(COLOR_BTNFACE));
-    EXPECT_EQ(toolkit::GrabScreen(m_wnd).pixels, std::vector<Pixel>(std::size_t{g_cx} * g_cy, face));
+    EXPECT_EQ(toolkit::GrabScreen(m_wnd).pixels, std::vector<Pixel>(std::size_t{CX} * CY, face));
 
     std::mt19937 random(7);
     const auto number = [&random](unsigned nBelow) { return static_cast<int>(random() % nBelow); };
     for (int nRound = 0; nRound < 20; ++nRound) {
         // More rectangles than the list of marks holds, some of them partly outside.
         for (int i = 0; i < 40; ++i) {
-            const int x = number(g_cx + 20) - 10;
-            const int y = number(g_cy + 20) - 10;
+            const int x = number(CX + 20) - 10;
+            const int y = number(CY + 20) - 10;
             Fill(m_wnd, {x, y, x + 1 + number(9), y + 1 + number(9)},
                  static_cast<COLORREF>(number(0x1000000)));
         }
         EXPECT_TRUE(toolkit::WaitUntil([this] { return ShowsPicture(m_wnd); })) << nRound;
     }
     // Not between refreshes, but UpdateWindow brings it at once.
-    Fill(m_wnd, {0, 0, g_cx, g_cy}, 0x0000FF);
+    Fill(m_wnd, {0, 0, CX, CY}, 0x0000FF);
     EXPECT_FALSE(ShowsPicture(m_wnd));
     m_wnd.UpdateWindow();
     toolkit::RunPending();
@@ -96,7 +96,7 @@ TEST_F(Picture, PaintComesOncePerInvalidationAndNotForWhatTheScreenLost) {
     toolkit::RunFor(50);
     EXPECT_THAT(m_log, ::testing::ElementsAre("paint"));
     // With erasing, the rectangle goes back to the face colour.
-    Fill(m_wnd, {0, 0, g_cx, g_cy}, 0);
+    Fill(m_wnd, {0, 0, CX, CY}, 0);
     const RECT rc{10, 10, 20, 20};
     m_wnd.InvalidateRect(&rc, true);
     m_wnd.UpdateWindow();
@@ -110,13 +110,13 @@ TEST(PictureThreads, DrawingAtFullSpeedSurvivesTheClosingOfTheWindow) {
         Log log;
         CRecordingWnd wnd(log);
         CStatic text;
-        ASSERT_TRUE(wnd.Open(g_cx, g_cy));
+        ASSERT_TRUE(wnd.Open(CX, CY));
         ASSERT_TRUE(text.Create("", WS_VISIBLE, {0, 0, 50, 20}, &wnd));
         std::atomic<bool> bStop = false;
         std::atomic<int> nDrawn = 0;
         std::jthread painter([&] {
             for (int i = 0; !bStop; ++i) {
-                Fill(wnd, {i % g_cx, i % g_cy, i % g_cx + 30, i % g_cy + 30}, static_cast<COLORREF>(i));
+                Fill(wnd, {i % CX, i % CY, i % CX + 30, i % CY + 30}, static_cast<COLORREF>(i));
                 if (i % 64 == 0) {
                     text.SetWindowText(std::to_string(i));
                 }
@@ -125,7 +125,7 @@ TEST(PictureThreads, DrawingAtFullSpeedSurvivesTheClosingOfTheWindow) {
         });
         wnd.ShowWindow(SW_SHOW);
         EXPECT_TRUE(toolkit::WaitUntil([&nDrawn] { return nDrawn > 2000; }));
-        wnd.SetWindowPos(0, 0, 2 * g_cx, 2 * g_cy, SWP_NOMOVE);
+        wnd.SetWindowPos(0, 0, 2 * CX, 2 * CY, SWP_NOMOVE);
         toolkit::RunFor(10);
         toolkit::CloseBox(wnd);
         EXPECT_FALSE(wnd.IsWindow());

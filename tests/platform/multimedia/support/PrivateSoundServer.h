@@ -48,11 +48,11 @@ public:
             .has_value();
     }
     // A sine of half the full scale, for half a minute or until the next call.
-    bool PlaySine(double fFrequency, const std::string& strFeed = "mic_feed") {
+    bool PlaySine(double dFrequency, const std::string& strFeed = "mic_feed") {
         std::vector<float> samples(std::size_t{30} * GUITAR_RATE);
         for (std::size_t i = 0; i < samples.size(); ++i) {
-            const double fTurns = fFrequency * static_cast<double>(i) / GUITAR_RATE;
-            samples[i] = 0.5F * static_cast<float>(std::sin(2.0 * std::numbers::pi * fTurns));
+            const double dTurns = dFrequency * static_cast<double>(i) / GUITAR_RATE;
+            samples[i] = 0.5F * static_cast<float>(std::sin(2.0 * std::numbers::pi * dTurns));
         }
         const auto file = GetDirectory() / "sine.wav";
         return WriteWave(samples, GUITAR_RATE, file) &&

@@ -14,19 +14,19 @@
 #include <vector>
 
 // Share of the energy that lies at that frequency: 1 is a pure sine, 0 something else or silence.
-inline double ShareOfSine(const std::vector<float>& samples, double fFrequency, double fRate) {
-    double fEnergy = 0.0;
+inline double ShareOfSine(const std::vector<float>& samples, double dFrequency, double dRate) {
+    double dEnergy = 0.0;
     std::complex<double> sum;
     for (std::size_t i = 0; i < samples.size(); ++i) {
-        const double fTurns = static_cast<double>(i) / static_cast<double>(samples.size());
-        const double fWeight = 1.0 - std::cos(2.0 * std::numbers::pi * fTurns);
+        const double dTurns = static_cast<double>(i) / static_cast<double>(samples.size());
+        const double dWeight = 1.0 - std::cos(2.0 * std::numbers::pi * dTurns);
         const auto fValue = static_cast<double>(samples[i]);
-        fEnergy += fValue * fValue;
-        sum += fWeight * fValue *
-               std::polar(1.0, -2.0 * std::numbers::pi * fFrequency * static_cast<double>(i) / fRate);
+        dEnergy += fValue * fValue;
+        sum += dWeight * fValue *
+               std::polar(1.0, -2.0 * std::numbers::pi * dFrequency * static_cast<double>(i) / dRate);
     }
     const auto fCount = static_cast<double>(samples.size());
-    return fEnergy < 100.0 * fCount ? 0.0 : 2.0 * std::norm(sum) / (fEnergy * fCount);
+    return dEnergy < 100.0 * fCount ? 0.0 : 2.0 * std::norm(sum) / (dEnergy * fCount);
 }
 
 inline bool IsSilence(float fValue) {
@@ -69,10 +69,10 @@ public:
         return m_samples;
     }
     // Waits for that many seconds of new sound and gives them; less when they do not come in time.
-    std::vector<float> Listen(double fSeconds) const {
+    std::vector<float> Listen(double dSeconds) const {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
         const std::size_t nBegin = GetSamples().size();
-        const auto nWanted = static_cast<std::size_t>(fSeconds * m_nRate);
+        const auto nWanted = static_cast<std::size_t>(dSeconds * m_nRate);
         std::vector<float> samples;
         do {
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
@@ -81,9 +81,9 @@ public:
         return {samples.begin() + static_cast<std::ptrdiff_t>(nBegin), samples.end()};
     }
     // Listens until a quarter of a second is nothing but that sine, or nothing at all.
-    bool Hears(double fFrequency) const {
+    bool Hears(double dFrequency) const {
         return ListenUntil(
-            [&](const auto& samples) { return ShareOfSine(samples, fFrequency, m_nRate) > 0.95; });
+            [&](const auto& samples) { return ShareOfSine(samples, dFrequency, m_nRate) > 0.95; });
     }
     bool HearsSilence() const {
         return ListenUntil(

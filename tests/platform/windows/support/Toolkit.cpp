@@ -32,7 +32,7 @@
 namespace toolkit {
 namespace {
 
-constexpr int g_nLong = 10000;
+constexpr int LONG = 10000;
 
 class CSessionEnvironment final : public ::testing::Environment {
 public:
@@ -97,7 +97,7 @@ std::pair<QWidget*, QPoint> Under(const CWnd& topLevel, POINT pt) {
 }  // namespace
 
 bool WaitUntil(const std::function<bool()>& fnHolds) {
-    return QTest::qWaitFor([&fnHolds] { return fnHolds(); }, g_nLong);
+    return QTest::qWaitFor([&fnHolds] { return fnHolds(); }, LONG);
 }
 
 void RunPending() {
