@@ -41,8 +41,9 @@ protected:
         operation();
         return std::chrono::steady_clock::now() - begin < limit;
     }
+    // Without waiting for an answer that does not come, which takes longer.
     bool ClosesAtOnce(CTestRecording& recording) {
-        return IsDoneWithin(500ms, [&recording] { recording.Close(); });
+        return IsDoneWithin(1s, [&recording] { recording.Close(); });
     }
     static auto CountThreads() {
         return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
