@@ -40,6 +40,8 @@ TEST(WaveInDevice, ResetsNothingBeforeOpeningNorAfterARefusal) {
     CEvent event;
     EXPECT_STREQ(device.GetRuntimeClass().szName, "CWaveInDevice");
     EXPECT_EQ(device.GetRuntimeClass().nSchema, 1);
+    const auto pMade = device.GetRuntimeClass().CreateObject();
+    EXPECT_NE(dynamic_cast<CWaveInDevice*>(pMade.get()), nullptr);
     EXPECT_EQ(device.GetLastResult(), MMSYSERR_BADDEVICEID);
     device.Reset();
     fake->SetDevices({{.bRefusesAll = true}});
