@@ -3,6 +3,7 @@
 #include "platform/base/String.h"
 #include "platform/multimedia/MidiOut.h"
 #include "platform/multimedia/WaveIn.h"
+#include "platform/multimedia/WaveInRow.h"
 #include "platform/windows/DataExchange.h"
 
 #include <array>
@@ -133,7 +134,7 @@ void CDevicePage::FillWaveDevices() {
         waveInGetDevCapsA(static_cast<UINT>(i), caps);
         m_cbWave.InsertString(i + 1, caps.szPname);
     }
-    m_cbWave.SetCurSel(m_nWaveChoice);
+    m_cbWave.SetCurSel(FindWaveRow(m_strWaveKey, m_nWaveChoice));
     constexpr int nColumn = 23;
     m_lbWave.SetTabStops(nColumn);
     m_lbWave.InsertString(0, "\t8-bit\t\t16-bit");
@@ -161,6 +162,10 @@ void CDevicePage::OnWaveDeviceChange() {
         m_lbWave.DeleteString(HEADINGS);
     }
     m_nWaveChoice = m_cbWave.GetCurSel();
+    // Where no row is selected, the device that is away stays the chosen one.
+    if (m_nWaveChoice >= 0) {
+        m_strWaveKey = KeyOfWaveRow(m_nWaveChoice);
+    }
     WAVEINCAPS caps;
     if (waveInGetDevCapsA(DeviceOfRow(m_nWaveChoice), caps) != MMSYSERR_NOERROR) {
         return;

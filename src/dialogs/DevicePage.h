@@ -15,6 +15,8 @@ public:
     // Fill them before DoModal. They follow the combo boxes; a page that nobody looked at leaves them alone.
     int m_nMidiChoice = 0;
     int m_nWaveChoice = 0;
+    // Of the chosen recording device: where it has one, it counts before the row.
+    CString m_strWaveKey;
 
 protected:
     const CMessageMap& GetMessageMap() const override;

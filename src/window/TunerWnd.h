@@ -74,7 +74,7 @@ private:
 
     // Capture
     void StartCapture();
-    bool TryCapture(const CaptureAttempt& attempt);
+    bool TryCapture(const CaptureAttempt& attempt, int nDevice);
     void OnMove();
 
     // The frame
@@ -105,6 +105,7 @@ private:
 
     // Options
     void OnOptions();
+    void ChooseWaveDevice(int nRow, const CString& strKey);
     // Shows the store's colours.
     LRESULT OnColorsChanged();
 
@@ -168,7 +169,8 @@ private:
     CErrorLog m_errorLog;
     CSpokenReading m_spokenReading;
     CString m_strAButton;
-    int m_nHint = -1;  // the row of the hint table under the mouse, -1 for none
+    CString m_strWaveKey;  // of the chosen recording device, whose row may change while it is in use
+    int m_nHint = -1;      // the row of the hint table under the mouse, -1 for none
     int m_nPresetCount = 0;
     // The rows of the hint table where the mouse buttons went down, -1 for none of interest.
     int m_nLeftArea = -1;

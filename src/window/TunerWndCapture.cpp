@@ -1,4 +1,5 @@
 #include "platform/multimedia/WaveIn.h"
+#include "platform/multimedia/WaveInRow.h"
 #include "platform/windows/MessageBox.h"
 #include "platform/windows/WinApp.h"
 #include "window/CaptureLadder.h"
@@ -29,9 +30,14 @@ void CTunerWnd::StartCapture() {
         m_errorLog.Log("Unable to find any recording device");
         return;
     }
+    const int nDevice = FindWaveRow(m_strWaveKey, m_store.GetWaveDevice());
+    if (nDevice >= 0) {
+        m_store.SetWaveDevice(nDevice);
+        m_strWaveKey = KeyOfWaveRow(nDevice);
+    }
     m_engine.SetHop(CutHop(m_store.GetHop()));
     for (const CaptureAttempt& attempt : CAPTURE_LADDER) {
-        if (TryCapture(attempt)) {
+        if (TryCapture(attempt, nDevice)) {
             m_engine.SetReference(m_store.GetAFrequency());
             m_engine.SetTimeGate(false);
             m_engine.SetAdaptHop(true);
@@ -44,12 +50,11 @@ void CTunerWnd::StartCapture() {
 
 // The engine's true says only that the thread runs; what became of the device the thread tells afterwards. A
 // thread that had no luck is cleared away, so that the next attempt finds room.
-bool CTunerWnd::TryCapture(const CaptureAttempt& attempt) {
+bool CTunerWnd::TryCapture(const CaptureAttempt& attempt, int nDevice) {
     CCaptureThread& capture = m_engine.GetCapture();
     capture.ClearFailed();
-    if (!m_engine.Start(FrameCallback, this, attempt.bPreferredDevice ? 0 : m_store.GetWaveDevice(),
-                        attempt.nSampleRate, attempt.nBufferSamples, attempt.nBlockSamples,
-                        attempt.fLowestFrequency)) {
+    if (!m_engine.Start(FrameCallback, this, attempt.bPreferredDevice ? 0 : nDevice, attempt.nSampleRate,
+                        attempt.nBufferSamples, attempt.nBlockSamples, attempt.fLowestFrequency)) {
         return false;
     }
     if (capture.WaitUntilOpen(OPENING_WAIT_MS) == CaptureOpening::Failed) {

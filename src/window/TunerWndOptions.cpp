@@ -13,7 +13,9 @@ void CTunerWnd::OnOptions() {
     clr[CColorPage::LOW] = m_store.GetLowColor();
     clr[CColorPage::TEXT] = m_store.GetTextColor();
     sheet.m_devicePage.m_nMidiChoice = m_store.GetMidiDevice();
+    const CDevicePage& devices = sheet.m_devicePage;
     sheet.m_devicePage.m_nWaveChoice = m_store.GetWaveDevice();
+    sheet.m_devicePage.m_strWaveKey = m_strWaveKey;
     if (sheet.DoModal() != IDOK || m_bClosing) {
         return;
     }
@@ -21,14 +23,22 @@ void CTunerWnd::OnOptions() {
     m_store.SetHighColor(clr[CColorPage::HIGH]);
     m_store.SetLowColor(clr[CColorPage::LOW]);
     m_store.SetTextColor(clr[CColorPage::TEXT]);
-    m_store.SetMidiDevice(sheet.m_devicePage.m_nMidiChoice);
-    const int nOldDevice = m_store.GetWaveDevice();
-    m_store.SetWaveDevice(sheet.m_devicePage.m_nWaveChoice);
-    if (m_store.GetWaveDevice() != nOldDevice) {
+    m_store.SetMidiDevice(devices.m_nMidiChoice);
+    ChooseWaveDevice(devices.m_nWaveChoice, devices.m_strWaveKey);
+    OnColorsChanged();
+}
+
+// The capture starts anew on another device only. The same one may stand in another row by now, or be away.
+void CTunerWnd::ChooseWaveDevice(int nRow, const CString& strKey) {
+    const bool bOther = strKey != m_strWaveKey || (strKey.empty() && nRow != m_store.GetWaveDevice());
+    if (bOther || nRow >= 0) {
+        m_store.SetWaveDevice(nRow);
+    }
+    if (bOther) {
+        m_strWaveKey = strKey;
         m_engine.Stop();
         StartCapture();
     }
-    OnColorsChanged();
 }
 
 LRESULT CTunerWnd::OnColorsChanged() {

@@ -99,4 +99,38 @@ TEST_F(OptionsTest, StartTheCaptureAnewOnAnotherDevice) {
     EXPECT_THAT(m_user.GetBoxes(), testing::SizeIs(1)) << "the capture tells of it";
 }
 
+// Devices come and go while the window and the sheet are open, and every list is sorted anew.
+TEST_F(OptionsTest, KeepToTheDeviceThatWasChosenWhicheverRowItStandsIn) {
+    const CFakeWaveIn::Device first{.strKey = "a"};
+    const CFakeWaveIn::Device between{.strKey = "b"};
+    const CFakeWaveIn::Device second{.strKey = "c"};
+    m_fake->SetDevices({first, second});
+    OpenWith(OTHER_COLORS, 2);
+    m_fake->SetDevices({first, between, second});
+    PickDevice(-1);
+    EXPECT_EQ(Access().Store().GetWaveDevice(), 3) << "the row to start with the next time";
+    m_fake->SetDevices({first, between});
+    PickDevice(-1);
+    EXPECT_EQ(Access().Store().GetWaveDevice(), 3) << "away, and still the chosen one";
+    EXPECT_THAT(Openings(), ElementsAre("1 11025")) << "no other device was chosen";
+
+    m_fake->SetDevices({first, second});
+    InOptions([&](const COptionsSheet& sheet) {
+        toolkit::ClickTab(sheet, 1);
+        toolkit::PickRow(*sheet.m_devicePage.GetDlgItem(RECORDING_DEVICES), 1);
+        m_fake->SetDevices({between, first, second});
+        toolkit::ClickInModal(IDOK);
+    });
+    EXPECT_EQ(Openings().back(), "1 11025") << "the first one, in its new row";
+    EXPECT_EQ(Access().Store().GetWaveDevice(), 2);
+    InOptions([&](const COptionsSheet& sheet) {
+        toolkit::ClickTab(sheet, 1);
+        toolkit::PickRow(*sheet.m_devicePage.GetDlgItem(RECORDING_DEVICES), 3);
+        m_fake->SetDevices({between, first});
+        toolkit::ClickInModal(IDOK);
+    });
+    EXPECT_EQ(Openings().back(), "-1 11025") << "gone before it was opened: no other takes its place";
+    EXPECT_EQ(Access().Store().GetWaveDevice(), 3);
+}
+
 }  // namespace

@@ -81,6 +81,7 @@ MMRESULT CPulseWaveInBackend::GetDevCaps(UINT uDeviceId, WAVEINCAPS& caps) {
     caps.dwFormats = FormatsOf(source);
     caps.wChannels = static_cast<WORD>(source.nChannels);
     caps.vDriverVersion = list.vServerVersion;
+    caps.strKey = source.strName;
     return MMSYSERR_NOERROR;
 }
 

@@ -78,6 +78,8 @@ struct WAVEINCAPS {
     CString szPname;          // the name that the user knows the device by
     DWORD dwFormats = 0;
     WORD wChannels = 0;
+    // Names the device in every list that holds it; empty where the sound system has no such name.
+    CString strKey;
 };
 
 // A recording handle; 0 is none.

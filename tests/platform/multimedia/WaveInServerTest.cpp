@@ -71,6 +71,7 @@ TEST_P(WaveInServer, ListsMicrophonesByFriendlyNameAndNoMonitors) {
     ASSERT_EQ(waveInGetDevCapsA(2, caps), MMSYSERR_NOERROR);
     EXPECT_EQ(caps.dwFormats, 0xFFFU) << "two channels at 48 kHz hold everything";
     EXPECT_EQ(caps.wChannels, 2);
+    EXPECT_EQ(caps.strKey, "mic") << "the server's name for it, whichever row it stands in";
     EXPECT_GE(caps.vDriverVersion, 0x0F00U);
     ASSERT_EQ(waveInGetDevCapsA(0, caps), MMSYSERR_NOERROR);
     EXPECT_EQ(caps.wChannels, 1);

@@ -212,6 +212,7 @@ MMRESULT CFakeWaveIn::GetDevCaps(UINT uDeviceId, WAVEINCAPS& caps) {
     caps.dwFormats = device.dwFormats;
     caps.wChannels = device.nChannels;
     caps.vDriverVersion = device.vDriverVersion;
+    caps.strKey = device.strKey;
     return MMSYSERR_NOERROR;
 }
 

@@ -25,6 +25,7 @@ public:
         UINT vDriverVersion = 0x0102;
         std::set<UINT> refusedRates = {};
         bool bRefusesAll = false;
+        std::string strKey = {};
     };
     // How often each operation was called.
     struct Calls {
