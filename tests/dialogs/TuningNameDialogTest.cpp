@@ -48,6 +48,11 @@ TEST_F(TuningNameDialog, ReturnsWhatWasTyped) {
     EXPECT_EQ(Run(IDOK, type), "D");
 }
 
+TEST_F(TuningNameDialog, KeepsTheNameOnOneLine) {
+    const auto paste = [this] { toolkit::Compose(Item(EDIT), "", "Open\r\nG\u2028low\n"); };
+    EXPECT_EQ(Run(IDOK, paste), "Open G low ");
+}
+
 TEST_F(TuningNameDialog, TakesChineseFromAnInputMethodAndHasNoLimitOfLength) {
     const CString strLong(100000, 'x');
     toolkit::Later([&] {

@@ -2,7 +2,8 @@
 
 #include "platform/windows/Wnd.h"
 
-// One line of text that the user edits, with input methods; it has no limit of length of its own. The parent
+// One line of text that the user edits, with input methods; it has no limit of length of its own, and
+// takes a blank for a line end. The parent
 // gets WM_COMMAND with EN_CHANGE for each change by the user, and once for each SetWindowText, be the text
 // the same, before that returns.
 class CEdit : public CWnd {

@@ -1,6 +1,7 @@
 #include "platform/windows/ListBox.h"
 
 #include "platform/windows/DialogUnits.h"
+#include "platform/windows/OneLine.h"
 #include "platform/windows/WndState.h"
 
 #include <QtCore/QEvent>
@@ -16,8 +17,16 @@ namespace {
 constexpr int FIRST_TAB_STOPS = 32;
 constexpr int READABLE = 0x40;
 
+// A row is one line high, whatever its text holds.
+class CRows : public QStyledItemDelegate {
+public:
+    QString displayText(const QVariant& value, const QLocale& locale) const override {
+        return OneLine(QStyledItemDelegate::displayText(value, locale));
+    }
+};
+
 // Draws a row whose text has columns.
-class CTabbedRows final : public QStyledItemDelegate {
+class CTabbedRows final : public CRows {
 public:
     void SetTabStops(int nUnits) { m_nUnits = nUnits; }
 
@@ -51,8 +60,8 @@ public:
         : m_pLink(std::move(pLink)), m_bNotify((dwStyle & LBS_NOTIFY) != 0), m_nRoom(nRoom) {
         if ((dwStyle & LBS_USETABSTOPS) != 0) {
             m_pTabbedRows = std::make_unique<CTabbedRows>();
-            setItemDelegate(m_pTabbedRows.get());
         }
+        setItemDelegate(m_pTabbedRows ? m_pTabbedRows.get() : &m_rows);
         // What can't be picked from is still there to be read.
         QPalette readable(palette());
         readable.setColor(QPalette::Disabled, QPalette::Text, QColor(READABLE, READABLE, READABLE));
@@ -152,6 +161,7 @@ private:
     const std::shared_ptr<CWndLink> m_pLink;
     const bool m_bNotify;
     const int m_nRoom;
+    CRows m_rows;
     std::unique_ptr<CTabbedRows> m_pTabbedRows;
     bool m_bByCode = false;
     int m_nSelected = LB_ERR;

@@ -95,9 +95,13 @@ TEST_F(ListBox, ShowsWholeRowsInTheHeightThatItHas) {
         CFont font;
         ASSERT_TRUE(font.CreatePointFont(nTenths, "MS Sans Serif"));
         m_list.SetFont(font);
-        m_list.AddString("row");
+        Fill({"row"});
         toolkit::RunPending();
         const int nRow = toolkit::RowHeight(m_list);
+        Fill({"\nof more\r\nthan one line"});
+        toolkit::RunPending();
+        EXPECT_EQ(toolkit::RowHeight(m_list), nRow);
+        EXPECT_EQ(m_list.GetText(0), "\nof more\r\nthan one line");
         const int nInside = m_list.GetClientRect().Height() - 2 * nFrame;
         EXPECT_EQ(nInside % nRow, 0) << nTenths;
         EXPECT_LE(nInside, 110 - 2 * nFrame);
