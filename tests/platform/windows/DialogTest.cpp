@@ -106,6 +106,30 @@ TEST(Dialog, UnitsFollowTheFontAndNoTextIsCut) {
     });
 }
 
+// However much the text has to be wrapped.
+TEST(Dialog, ABoxStandsOverTheMiddleOfItsOwner) {
+    Log log;
+    CRecordingWnd owner(log);
+    ASSERT_TRUE(owner.Open(200, 200));
+    owner.CenterWindow();
+    owner.ShowWindow(SW_SHOW);
+    const RECT rcOwner = owner.GetWindowRect();
+    constexpr int TITLE_BAR = 24;  // whatever the desktop gives it
+    for (const int nWords : {1, 60}) {
+        CString strText;
+        for (int i = 0; i < nWords; ++i) {
+            strText += "a word of many ";
+        }
+        toolkit::Later([&] {
+            const RECT rc = toolkit::ModalFrame();
+            EXPECT_NEAR(rc.left + rc.right, rcOwner.left + rcOwner.right, 8) << nWords;
+            EXPECT_NEAR(rc.top + rc.bottom, rcOwner.top + rcOwner.bottom, TITLE_BAR) << nWords;
+            toolkit::CloseModal();
+        });
+        MessageBox(&owner, strText, "caption", MB_OK);
+    }
+}
+
 // The owner's window goes while a dialog or a box is open over it, or a box over a dialog, by a signal for
 // instance: nothing may be left hanging.
 TEST(Dialog, GoesWithItsOwner) {

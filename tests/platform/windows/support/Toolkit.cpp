@@ -224,6 +224,12 @@ CString ModalText() {
     return pBox != nullptr ? pBox->text().toStdString() : CString();
 }
 
+RECT ModalFrame() {
+    const QWidget* const pModal = QApplication::activeModalWidget();
+    const QRect frame = pModal != nullptr ? pModal->frameGeometry() : QRect();
+    return {frame.x(), frame.y(), frame.x() + frame.width(), frame.y() + frame.height()};
+}
+
 void CloseModal() {
     if (QWidget* const pModal = QApplication::activeModalWidget()) {
         pModal->close();

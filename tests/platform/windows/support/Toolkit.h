@@ -68,6 +68,8 @@ bool SavePicture(const CWnd& wnd, const CString& strName);
 CString ModalTitle();
 // The text that a message box shows.
 CString ModalText();
+// Its rectangle on the screen, with the title bar.
+RECT ModalFrame();
 void CloseModal();
 // In the control of it that has this id.
 void TypeIntoModal(int nId, const CString& strText);
