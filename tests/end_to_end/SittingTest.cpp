@@ -69,7 +69,7 @@ protected:
     void ExpectSettings() {
         EXPECT_THAT(m_stage.ReadFile("state.txt"),
                     testing::MatchesRegex("USED DIRECTLY BY FRETVANE, DO NOT EDIT!\n"
-                                          "44200\t255\t16711680\t32768\t16711680\t0\t2\t72\t[0-9]+\t1\n"
+                                          "44200\t255\t16711680\t32768\t16711680\t0\t3\t72\t[0-9]+\t1\n"
                                           "Sitting down\t0\t0\t0\t11\t0\t4\t1\t9\t1\t1\t2\t6\t2\n"));
     }
     static std::filesystem::path PictureFile(const std::string& strName) {
@@ -105,14 +105,18 @@ void Sitting::ChooseColors() {
     KeepPicture("12-applied-and-cancelled");
 }
 
-// The second page; the second of the real microphones.
+// The second page; the second of the real microphones, which becomes the third while the sheet is open.
 void Sitting::ChooseMicrophone() {
-    ASSERT_TRUE(m_sound.Control(
-        {"load-module", "module-remap-source", "source_name=other", "master=mic_feed.monitor"}));
+    const auto plugIn = [this](const std::string& strName) {
+        ASSERT_TRUE(m_sound.Control(
+            {"load-module", "module-remap-source", "source_name=" + strName, "master=mic_feed.monitor"}));
+    };
+    ASSERT_NO_FATAL_FAILURE(plugIn("other"));
     Click(287, 379);
     ASSERT_TRUE(m_hand->FindWindow(OPTIONS));
     ASSERT_TRUE(m_hand->Keys({"Right", "Tab", "Down", "Down"}));
     KeepPicture("13-devices");
+    ASSERT_NO_FATAL_FAILURE(plugIn("a_headset"));
     ASSERT_TRUE(m_hand->Keys({"Return"}));
     ASSERT_TRUE(m_hand->WaitUntilGone(OPTIONS));
 }
