@@ -20,6 +20,7 @@ constexpr float CLOSE = 4.0e-7F;
 
 constexpr std::int32_t LAST_LOW_HARMONIC = 5;
 constexpr double LEAST_LOW_PART = 0.25;
+// Exactly half suffices: two harmonics alone are a note.
 constexpr double LEAST_ADJACENT_PART = 0.5;
 
 // Harmonics whose divisors beyond 5 are known; any above counts as a multiple of them all.

@@ -19,7 +19,7 @@ namespace {
 constexpr int LAST_LOW_HARMONIC = 5;
 // What the low harmonics of a fundamental must exceed, as a part of the score.
 constexpr double LEAST_LOW_PART = 0.25;
-// What the harmonics with a neighbour must reach.
+// What the harmonics with a neighbour must reach. Exactly half suffices: two harmonics alone are a note.
 constexpr double LEAST_ADJACENT_PART = 0.5;
 
 // For each peak the harmonic whose band, from harmonic x dLow (outside) to harmonic x dHigh (inside), it lies
