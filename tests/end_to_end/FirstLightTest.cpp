@@ -23,7 +23,7 @@ protected:
         ASSERT_TRUE(m_sound.Start());
         ASSERT_TRUE(m_stage.Start(&m_sound));
         ASSERT_TRUE(m_stage.ReadsSoon(DisplayedReading::IsOfTheStart, 10s))
-            << m_stage.ReadFile("program.log");
+            << "shows '" << m_stage.Read().strNote << "', says " << m_stage.ReadFile("program.log");
     }
 
     // Plays the note and returns what the window showed while it sounded, one reading every 40 ms, from the
